@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "values/Value.h"
+
+/// What the platform knows of a file beyond its bytes. Any thread.
+class FileFacts {
+ public:
+  virtual ~FileFacts() = default;
+  /// The metadata service's attributes of the file at a path; a null dictionary where there is no service.
+  virtual Dictionary metadata(const QString &path) const = 0;
+  /// When the file's bytes last changed, as finely as the file system tells; nothing if there is no file.
+  virtual std::optional<Date> modificationDate(const QString &path) const = 0;
+};

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "values/Key.h"
+
+/// Every key that the system reads or writes by name, interned at start.
+namespace keys {
+
+// The library.
+inline const Key Tracks{u"Tracks"};
+inline const Key Playlists{u"Playlists"};
+inline const Key MusicFolder{u"Music Folder"};
+inline const Key MediaFolder{u"Media Folder"};
+inline const Key LibraryPersistentID{u"Library Persistent ID"};
+
+// A track, as the library supplies it.
+inline const Key TrackID{u"Track ID"};
+inline const Key PersistentID{u"Persistent ID"};
+inline const Key Name{u"Name"};
+inline const Key Artist{u"Artist"};
+inline const Key AlbumArtist{u"Album Artist"};
+inline const Key Album{u"Album"};
+inline const Key Composer{u"Composer"};
+inline const Key Genre{u"Genre"};
+inline const Key Kind{u"Kind"};
+inline const Key Comments{u"Comments"};
+inline const Key SortName{u"Sort Name"};
+inline const Key SortArtist{u"Sort Artist"};
+inline const Key SortAlbum{u"Sort Album"};
+inline const Key SortAlbumArtist{u"Sort Album Artist"};
+inline const Key SortComposer{u"Sort Composer"};
+inline const Key ContentRating{u"Content Rating"};
+inline const Key Size{u"Size"};
+inline const Key TotalTime{u"Total Time"};
+inline const Key TrackNumber{u"Track Number"};
+inline const Key TrackCount{u"Track Count"};
+inline const Key DiscNumber{u"Disc Number"};
+inline const Key DiscCount{u"Disc Count"};
+inline const Key Year{u"Year"};
+inline const Key BitRate{u"Bit Rate"};
+inline const Key SampleRate{u"Sample Rate"};
+inline const Key PlayCount{u"Play Count"};
+inline const Key PlayDate{u"Play Date"};
+inline const Key PlayDateUTC{u"Play Date UTC"};
+inline const Key Rating{u"Rating"};
+inline const Key AlbumRating{u"Album Rating"};
+inline const Key BPM{u"BPM"};
+inline const Key ArtworkCount{u"Artwork Count"};
+inline const Key DateAdded{u"Date Added"};
+inline const Key DateModified{u"Date Modified"};
+inline const Key ReleaseDate{u"Release Date"};
+inline const Key SkipDate{u"Skip Date"};
+inline const Key Compilation{u"Compilation"};
+inline const Key HasVideo{u"Has Video"};
+inline const Key TrackType{u"Track Type"};
+inline const Key Location{u"Location"};
+inline const Key Grouping{u"Grouping"};
+
+// A track, as this system adds to it.
+inline const Key Path{u"Path"};
+inline const Key simplifiedArtist{u"simplifiedArtist"};
+inline const Key simplifiedAlbum{u"simplifiedAlbum"};
+inline const Key simplifiedName{u"simplifiedName"};
+inline const Key DupeGroup{u"DupeGroup"};
+inline const Key UIStripe{u"UIStripe"};
+inline const Key markInfo{u"markInfo"};
+inline const Key markAudio{u"markAudio"};
+inline const Key RKIsArtistMatched{u"RKIsArtistMatched"};
+inline const Key RKIsAlbumMatched{u"RKIsAlbumMatched"};
+
+// A playlist.
+inline const Key PlaylistPersistentID{u"Playlist Persistent ID"};
+inline const Key PlaylistItems{u"Playlist Items"};
+inline const Key Folder{u"Folder"};
+inline const Key SmartInfo{u"Smart Info"};
+inline const Key Master{u"Master"};
+
+// The resources dictionary.
+inline const Key simplifiers{u"simplifiers"};
+inline const Key ignoreKinds{u"ignoreKinds"};
+inline const Key ignoreKindSubstrings{u"ignoreKindSubstrings"};
+
+}  // namespace keys
