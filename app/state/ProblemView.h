@@ -19,6 +19,8 @@ struct Alert {
   /// From the default button on; never empty.
   QStringList buttons;
   bool critical = false;
+  /// Belongs to the preferences window instead of the problem window.
+  bool onPreferencesWindow = false;
 };
 
 /// What the controller asks of the windows. Main thread only.

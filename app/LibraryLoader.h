@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+#include <array>
+#include <optional>
+
+#include "app/library/TrackFilter.h"
+#include "values/Date.h"
+
+struct AppState;
+class Operation;
+class PrefsController;
+
+/// Brings the library into memory: asks for a fresh file, reads it on a thread of its own, and goes on to the
+/// scan. Main thread, unless said otherwise.
+class LibraryLoader {
+ public:
+  LibraryLoader(AppState &appState, Operation &currentOperation, PrefsController &prefsController);
+
+  /// Has the music application write its library, shows the progress sheet and loads. With a date and without
+  /// direct access it first waits, up to 120 seconds, for a file more than half a second newer than that.
+  void doGetDefaultLibraryWhenNewerThan(std::optional<Date> date);
+  /// Starts the load of the library file; an empty path stands for the one that the search finds.
+  void getLibraryAtPath(const QString &path);
+  /// The modification date of the library file; the present time with direct access.
+  std::optional<Date> currentMusicLibraryDate() const;
+  /// Shows the library's folder and the media folder in the preferences.
+  void updateLibraryPrefsDisplay();
+
+  /// The tracks of the last load by verdict.
+  const std::array<qsizetype, TrackFilter::kVerdictCount> &lastVerdicts() const { return verdicts; }
+
+ private:
+  void waitForLibraryNewerThan(Date date);
+  /// The load's own thread.
+  void getLibraryThreaded(const QString &path);
+  bool readLibrary(const QString &path, const QString &volumePrefix);
+  void gotLibraryError(const QString &detail);
+  void finishedGettingLibrary();
+
+  AppState &state;
+  Operation &operation;
+  PrefsController &prefsOwner;
+  std::array<qsizetype, TrackFilter::kVerdictCount> verdicts{};
+};

@@ -1,0 +1,48 @@
+#include "app/state/AppState.h"
+
+#include "app/library/LibraryLocation.h"
+#include "bridge/iTunesInterface.h"
+#include "support/Preferences.h"
+
+Array &ProblemLists::operator[](ProblemTab tab) {
+  Array *const lists[] = {&mDuplicateSongDicts, &mInconsistentNameDicts, &mOrphanSongDicts, &mMissingSongDicts};
+  return *lists[int(tab)];
+}
+
+const Array &ProblemLists::operator[](ProblemTab tab) const { return const_cast<ProblemLists &>(*this)[tab]; }
+
+void OperationState::setCurrentActionTitle(const QString &title) {
+  std::lock_guard held(mCurrentActionLock);
+  mCurrentActionTitle = title;
+}
+
+QString OperationState::currentActionTitle() {
+  std::lock_guard held(mCurrentActionLock);
+  return mCurrentActionTitle;
+}
+
+void OperationState::setCancelOperationReason(const QString &reason) {
+  std::lock_guard held(reasonLock);
+  mCancelOperationReason = reason;
+  if (!reason.isEmpty()) mCancelOperation = true;
+}
+
+QString OperationState::cancelOperationReason() {
+  std::lock_guard held(reasonLock);
+  return mCancelOperationReason;
+}
+
+QString musicLibraryMediaFolderWithFallbacks(const AppState &state) {
+  const QString manual = prefs::text(prefs::manualMediaPath);
+  if (!manual.isEmpty()) return manual;
+  const QString direct = iTunesInterface::musicLibraryMediaPath();
+  if (!direct.isEmpty()) return direct;
+  const QString named = iTunesInterface::mediaFolderPathFromDictionaryLibraryPath(state.library.mMusicLibrary, {});
+  return named.isEmpty() ? iTunesInterface::musicLibraryMostCommonParentMediaPath() : named;
+}
+
+QString identifierOfTab(ProblemTab tab) {
+  static const QString identifiers[] = {QStringLiteral("duplicates"), QStringLiteral("names"),
+                                        QStringLiteral("orphans"), QStringLiteral("missing")};
+  return identifiers[int(tab)];
+}

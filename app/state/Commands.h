@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "values/Date.h"
+
+/// What rooms ask of each other across the house. Main thread.
+class Commands {
+ public:
+  virtual ~Commands() = default;
+  /// Loads the library anew, after waiting for a library file newer than the date, if one is given.
+  virtual void doGetDefaultLibraryWhenNewerThan(std::optional<Date> date) = 0;
+  /// Loads the library and scans it, unless an operation runs.
+  virtual void reloadLibraryAndScan() = 0;
+  /// Scans the loaded library.
+  virtual void doFindProblems() = 0;
+  /// Gives each duplicate group from a row on its stripe.
+  virtual void setStripesForDupesFromIndex(qint32 index) = 0;
+  /// Shows the preferences window at a tab.
+  virtual void revealPreferencesTab(const QString &identifier) = 0;
+  /// Ends the application by the user's will.
+  virtual void customTerminate() = 0;
+};
