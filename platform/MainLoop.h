@@ -20,4 +20,8 @@ class MainLoop {
   /// Runs the task on the main thread and waits for its end; on the main thread itself, at once.
   virtual void postAndWait(Task task) = 0;
   virtual bool isMainThread() const = 0;
+  /// Runs posted tasks, but no timers, until the test holds; it is asked after each task and every few
+  /// milliseconds. For the end of things, when the main thread waits for threads that may wait for it. Main
+  /// thread, even from inside a task.
+  virtual void serveUntil(const std::function<bool()> &done) = 0;
 };

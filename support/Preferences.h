@@ -3,8 +3,8 @@
 #include "support/PreferenceKeys.h"
 #include "values/Value.h"
 
-/// The program's own preference domain, read at the point of use. A value of a wrong type reads as its nearest
-/// worth: a text as the number it begins with, anything without worth as absent. Any thread.
+/// The program's own preference domain, read at the point of use. A value of a wrong type reads as its
+/// nearest worth: a text as the number it begins with, anything without worth as absent. Any thread.
 namespace prefs {
 
 /// The stored value, or null.
