@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <mutex>
+
+#include "platform/PreferenceStore.h"
+
+class SystemPropertyList;
+
+/// Preferences in one XML property-list file for each domain, "<domain>.plist" in a folder that is made when
+/// first needed. Each change is written at once, the file replaced whole; several processes may share the
+/// folder: a file that another has changed is read again, and changes are made under a lock file. A file that
+/// is no property list is set aside as "<domain>.plist.damaged" before anything is written in its place.
+class FilePreferenceStore : public PreferenceStore {
+ public:
+  /// The property lists' service must outlive the store.
+  FilePreferenceStore(const QString &folder, const SystemPropertyList *propertyLists);
+
+  Value value(const QString &domain, const QString &key) const override;
+  void setValue(const QString &domain, const QString &key, const Value &value) override;
+  QStringList keys(const QString &domain) const override;
+  bool synchronize(QString *error) override;
+  void setObserver(std::function<void(const QString &, const QString &)> observer) override;
+
+ private:
+  /// What tells one state of a file from another.
+  struct Stamp {
+    qint64 inode = -1, size = -1, seconds = 0, nanoseconds = 0;
+    bool operator==(const Stamp &) const = default;
+  };
+  struct Domain {
+    bool known = false;
+    Stamp stamp;
+    Dictionary values;
+    /// Changes that the file does not have yet; a null value stands for a removal.
+    QList<std::pair<QString, Value>> unwritten;
+    bool damaged = false;
+    /// The file holds all changes but may not have reached the disk.
+    bool volatileOnDisk = false;
+    QString problem;
+  };
+
+  QString path(const QString &domain) const;
+  static Stamp stampOf(const QString &path);
+  Domain &refreshed(const QString &domain) const;
+  void read(const QString &domain, Domain &state) const;
+  bool write(const QString &domain, Domain &state, bool durable);
+  bool setAside(const QString &domain, QString *error) const;
+
+  const QString folder;
+  const SystemPropertyList *const propertyLists;
+  mutable std::mutex lock;
+  mutable QHash<QString, Domain> domains;
+  std::function<void(const QString &, const QString &)> observer;
+};

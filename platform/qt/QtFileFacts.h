@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/FileFacts.h"
+
+/// What the file system tells. There is no metadata service here.
+class QtFileFacts : public FileFacts {
+ public:
+  Dictionary metadata(const QString &path) const override;
+  std::optional<Date> modificationDate(const QString &path) const override;
+};
