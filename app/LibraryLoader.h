@@ -1,10 +1,11 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <array>
 #include <optional>
 
-#include "app/library/TrackFilter.h"
+#include "app/library/LibraryPreparation.h"
 #include "values/Date.h"
 
 struct AppState;
@@ -32,11 +33,18 @@ class LibraryLoader {
 
  private:
   void waitForLibraryNewerThan(Date date);
-  /// The load's own thread.
-  void getLibraryThreaded(const QString &path);
-  bool readLibrary(const QString &path, const QString &volumePrefix);
+  /// What the load's thread hands to the main thread.
+  struct Loaded {
+    Dictionary library = Dictionary::make();
+    PreparedLibrary prepared;
+    std::optional<Date> date;
+    bool succeeded = false;
+  };
+  /// The load's own thread: reads, prepares, and sends the result on.
+  void getLibraryThreaded(const QString &path, const QHash<QString, QString> &overridePaths);
+  Loaded readLibrary(const QString &path, const QHash<QString, QString> &overridePaths);
   void gotLibraryError(const QString &detail);
-  void finishedGettingLibrary();
+  void finishedGettingLibrary(const Loaded &loaded);
 
   AppState &state;
   Operation &operation;

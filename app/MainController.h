@@ -10,8 +10,8 @@
 #include "app/state/Commands.h"
 #include "app/state/Operation.h"
 
-/// The application's one controller: launch, the rooms of load, settings and scan, and the ending. Lives until
-/// the process ends. Main thread.
+/// The application's one controller: launch, the rooms of load, settings and scan, and the ending. Lives
+/// until the process ends. Main thread.
 class MainController {
  public:
   explicit MainController(ProblemView &view);

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 
+#include "platform/MainLoop.h"
 #include "values/Value.h"
 
 struct AppState;
@@ -14,8 +15,9 @@ struct AppState;
 enum class SettingsGroup { Duplicates, Automark, Inconsistent };
 inline constexpr int kSettingsGroupCount = 3;
 
-/// The mechanics around the settings: first values, reset, and the notes which tell that a changed setting has
-/// not been applied by a scan yet. The window writes the keys, whoever needs them reads them. Main thread.
+/// The mechanics around the settings: first values, reset, and the notes which tell that a changed setting
+/// has not been applied by a scan yet. The window writes the keys, whoever needs them reads them. Main
+/// thread.
 class PrefsController {
  public:
   explicit PrefsController(AppState &appState) : state(appState) {}
@@ -52,12 +54,16 @@ class PrefsController {
 
  private:
   void observeValue(const QString &key);
+  void resetDidEnd();
   void updatePriorities();
   void noteApplied(SettingsGroup group);
 
   AppState &state;
   bool awake = false;
   bool observing = false;
+  /// Keeps a change made while one is being looked at from being looked at again.
+  bool observingNow = false;
+  MainLoop::TimerID revealTimer = 0;
   std::array<std::optional<Dictionary>, kSettingsGroupCount> applied;
   std::array<bool, kSettingsGroupCount> noteVisible{};
 };

@@ -9,28 +9,48 @@ const MusicApplication &musicApplication() {
   return application;
 }
 
-QString musicAppName() { return musicApplication().name; }
+QString musicAppName() {
+  return musicApplication().name;
+}
 
-QString musicAppIdentifier() { return musicApplication().identifier; }
+QString musicAppIdentifier() {
+  return musicApplication().identifier;
+}
 
-bool haveBridge() { return false; }
+bool haveBridge() {
+  return false;
+}
 
-bool isMusicAppRunning() { return true; }
+bool isMusicAppRunning() {
+  return true;
+}
 
-bool isMusicAppInstalled() { return true; }
+bool isMusicAppInstalled() {
+  return true;
+}
 
-std::optional<QString> versionString() { return std::nullopt; }
+std::optional<QString> versionString() {
+  return std::nullopt;
+}
 
-int iTunesMajorVersion() { return 0; }
+int iTunesMajorVersion() {
+  return 0;
+}
 
 void writeLibraryNow() {}
 
 void dirtyLibrary() {}
 
-bool haveDirectLibraryAccess() { return false; }
+bool haveDirectLibraryAccess() {
+  return false;
+}
 
-QString musicLibraryMediaPath() { return {}; }
+QString musicLibraryMediaPath() {
+  return {};
+}
 
-QString musicLibraryMostCommonParentMediaPath() { return {}; }
+QString musicLibraryMostCommonParentMediaPath() {
+  return {};
+}
 
 }  // namespace iTunesInterface

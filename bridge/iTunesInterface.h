@@ -3,8 +3,8 @@
 #include <QString>
 #include <optional>
 
-/// All conversation with the music application. Further operations of this name stand in app/library/, with the
-/// library's file and its place. Any thread.
+/// All conversation with the music application. Further operations of this name stand in app/library/, with
+/// the library's file and its place. Any thread.
 namespace iTunesInterface {
 
 /// What tells one music application from another.

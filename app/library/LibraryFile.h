@@ -8,13 +8,13 @@
 /// The library as one dictionary, whatever its source.
 namespace iTunesInterface {
 
-/// The library by direct access, else from its file. Null with a text in `error` (may be empty for a file that
-/// could not be read). One load at a time.
+/// The library by direct access, else from its file. Null with a text in `error` (may be empty for a file
+/// that could not be read). One load at a time.
 Dictionary getMusicLibraryDictionaryWithError(QString *error);
 
-/// The library file at a path. A file with the same date as the one read last gives the same dictionary again,
-/// with all that was done to it since. While a parser runs, the settings name the other one, so that a crash
-/// makes the next launch take that.
+/// The library file at a path. A file with the same date as the one read last gives the same dictionary
+/// again, with all that was done to it since. While a parser runs, the settings name the other one, so that a
+/// crash makes the next launch take that.
 Dictionary getMusicLibraryDictionaryAtPathWithError(const QString &path, QString *error);
 
 /// The folder of the library file read last; empty before.

@@ -5,11 +5,14 @@
 #include "support/Preferences.h"
 
 Array &ProblemLists::operator[](ProblemTab tab) {
-  Array *const lists[] = {&mDuplicateSongDicts, &mInconsistentNameDicts, &mOrphanSongDicts, &mMissingSongDicts};
+  Array *const lists[] = {&mDuplicateSongDicts, &mInconsistentNameDicts, &mOrphanSongDicts,
+                          &mMissingSongDicts};
   return *lists[int(tab)];
 }
 
-const Array &ProblemLists::operator[](ProblemTab tab) const { return const_cast<ProblemLists &>(*this)[tab]; }
+const Array &ProblemLists::operator[](ProblemTab tab) const {
+  return const_cast<ProblemLists &>(*this)[tab];
+}
 
 void OperationState::setCurrentActionTitle(const QString &title) {
   std::lock_guard held(mCurrentActionLock);
@@ -37,7 +40,11 @@ QString musicLibraryMediaFolderWithFallbacks(const AppState &state) {
   if (!manual.isEmpty()) return manual;
   const QString direct = iTunesInterface::musicLibraryMediaPath();
   if (!direct.isEmpty()) return direct;
-  const QString named = iTunesInterface::mediaFolderPathFromDictionaryLibraryPath(state.library.mMusicLibrary, {});
+  // Before the first load and during one there is no library to ask: reading it here would hold up the
+  // windows.
+  const Dictionary &library = state.library.mMusicLibrary;
+  const QString named =
+      library.isNull() ? QString() : iTunesInterface::mediaFolderPathFromDictionaryLibraryPath(library, {});
   return named.isEmpty() ? iTunesInterface::musicLibraryMostCommonParentMediaPath() : named;
 }
 

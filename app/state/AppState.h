@@ -16,14 +16,15 @@ class Commands;
 
 /// The loaded library. Replaced whole by each load, while `mMusicLibraryBusy` is set.
 struct LibraryState {
-  /// The root dictionary of the library, ignored tracks removed. Null during a load, empty after a failed one.
+  /// The root dictionary of the library, ignored tracks removed. Null during a load, empty after a failed
+  /// one.
   Dictionary mMusicLibrary;
   /// Fresh playlists; while null, readers take "Playlists" of `mMusicLibrary`.
   Array mMusicLibraryPlaylists;
   /// The path of every kept track that has one, in the file's order.
   std::vector<QString> mMusicLibraryPaths;
-  /// The kept tracks by "Artist", "Album", "Track Number". Shares its dictionaries with "Tracks"; kept during a
-  /// load, replaced when one succeeds.
+  /// The kept tracks by "Artist", "Album", "Track Number". Shares its dictionaries with "Tracks"; kept during
+  /// a load, replaced when one succeeds.
   Array mMusicLibrarySortedTracks;
   /// The library file's date at the last load.
   std::optional<Date> mLastLibraryDate;
@@ -105,8 +106,8 @@ struct AppState {
   ObjectLock threadLockForObject(const Array &list) { return locks.threadLockForObject(list.identity()); }
 };
 
-/// Where the media are: the folder the user chose, else what direct access says, else what the library says, else
-/// the common parent of the tracks; empty if nothing tells. Main thread.
+/// Where the media are: the folder the user chose, else what direct access says, else what the library says,
+/// else the common parent of the tracks; empty if nothing tells. Main thread.
 QString musicLibraryMediaFolderWithFallbacks(const AppState &state);
 
 /// The texts by which a tab is known: "duplicates", "names", "orphans", "missing".

@@ -4,9 +4,13 @@
 #include "platform/Platform.h"
 #include "support/Preferences.h"
 
-Operation::~Operation() { stopTimer(); }
+Operation::~Operation() {
+  stopTimer();
+}
 
-bool Operation::isBusy() const { return prefs::isTrue(prefs::busy); }
+bool Operation::isBusy() const {
+  return prefs::isTrue(prefs::busy);
+}
 
 void Operation::reserve() {
   prefs::set(prefs::busy, true);
@@ -23,7 +27,9 @@ void Operation::reserve() {
   state.view.setProgressSubText({});
 }
 
-void Operation::abandon() { prefs::remove(prefs::busy); }
+void Operation::abandon() {
+  prefs::remove(prefs::busy);
+}
 
 void Operation::start(const OperationPlan &plan) {
   ProblemView &view = state.view;

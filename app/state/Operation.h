@@ -31,8 +31,8 @@ struct OperationPlan {
   std::vector<Worker> workers;
 };
 
-/// The one pattern of long operations: begin on the main thread, workers, a repeating timer whose update method
-/// ends the operation. Main thread.
+/// The one pattern of long operations: begin on the main thread, workers, a repeating timer whose update
+/// method ends the operation. Main thread.
 class Operation {
  public:
   explicit Operation(AppState &appState) : state(appState), sheet(appState) {}

@@ -74,6 +74,8 @@ class ProblemView {
   /// Asks for one folder, starting at a path; empty if the user cancels.
   virtual QString chooseFolder(const QString &message, const QString &startPath) = 0;
 
+  /// Told at the end of each load with the number of kept tracks; with 0 no scan follows.
+  virtual void libraryDidLoad(qsizetype /*tracks*/) {}
   /// Told once at the very end of each scan, after its results or its error have been presented.
   virtual void scanDidEnd() = 0;
 };

@@ -7,7 +7,9 @@ namespace {
 constexpr double kDismissDelaySeconds = 0.25;
 }
 
-ProgressSheet::~ProgressSheet() { stopDismissTimer(); }
+ProgressSheet::~ProgressSheet() {
+  stopDismissTimer();
+}
 
 void ProgressSheet::displayProgressSheet() {
   if (state.mWantsToTerminate) return;
@@ -19,8 +21,8 @@ void ProgressSheet::displayProgressSheet() {
 
 void ProgressSheet::endProgressSheet() {
   if (mSheetDismissTimer) return;
-  mSheetDismissTimer = platform().mainLoop->startTimer(kDismissDelaySeconds, false,
-                                                       [this] { endProgressSheetImmediately(); });
+  mSheetDismissTimer =
+      platform().mainLoop->startTimer(kDismissDelaySeconds, false, [this] { endProgressSheetImmediately(); });
 }
 
 void ProgressSheet::endProgressSheetImmediately() {

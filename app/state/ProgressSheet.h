@@ -11,8 +11,8 @@ class ProgressSheet {
   ProgressSheet(const ProgressSheet &) = delete;
   ~ProgressSheet();
 
-  /// Begins the sheet on the problem window. Keeps it where it is if its delayed end is pending; does nothing if
-  /// the window has a sheet already or the application is being replaced.
+  /// Begins the sheet on the problem window. Keeps it where it is if its delayed end is pending; does nothing
+  /// if the window has a sheet already or the application is being replaced.
   void displayProgressSheet();
   /// Ends the sheet a quarter of a second from now, so that the next operation may keep it.
   void endProgressSheet();
