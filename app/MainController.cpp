@@ -9,6 +9,16 @@
 #include "support/BMLog.h"
 #include "support/Preferences.h"
 
+namespace {
+
+/// Stores what a window says of its place, if it says anything.
+void storeText(const QString &key, const std::function<QString()> &source) {
+  const QString text = source ? source() : QString();
+  if (!text.isEmpty()) prefs::set(key, text);
+}
+
+}  // namespace
+
 MainController::MainController(ProblemView &view)
     : state(view),
       operation(state),
@@ -24,8 +34,8 @@ MainController::~MainController() {
 void MainController::awakeFromNib() {
   logLaunch();
   if (!checkMusicApplication()) return customTerminate();
-  setFirstValues();
   prefsOwner.awakeFromNib();
+  setFirstValues();
   scans.revealFoundProblems(false);
   state.view.validateProblemUI();
   state.view.selectTab(ProblemTab::Duplicates);
@@ -80,10 +90,8 @@ void MainController::customTerminate() {
 void MainController::applicationWillTerminate() {
   if (ended) return;
   ended = true;
-  if (problemWindowFrame) {
-    const QString frame = problemWindowFrame();
-    if (!frame.isEmpty()) prefs::set(prefs::problemWinFrame, frame);
-  }
+  storeText(prefs::prefsWindowOrigin, prefsWindowOrigin);
+  storeText(prefs::problemWinFrame, problemWindowFrame);
   prefs::synchronize();
   BMLogFlushFinal(!state.mIsRestarting);
 }

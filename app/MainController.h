@@ -45,12 +45,13 @@ class MainController {
   std::function<void()> onTerminate;
   /// The problem window's frame as text, asked for at the end; empty for none.
   std::function<QString()> problemWindowFrame;
+  /// The preferences window's top-left point as text, asked for at the end; empty for none.
+  std::function<QString()> prefsWindowOrigin;
 
  private:
   void logLaunch();
   bool checkMusicApplication();
   void setFirstValues();
-  void checkMediaFolderIsTrusted();
 
   AppState state;
   Operation operation;
