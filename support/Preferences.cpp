@@ -11,22 +11,31 @@ Value value(const QString &key) {
   return platform().preferences->value(platform().bundle.identifier, key);
 }
 
-bool isTrue(const QString &key) { return value(key).toBool(); }
+bool isTrue(const QString &key) {
+  return value(key).toBool();
+}
 
 qint32 integer(const QString &key) {
   const qint64 stored = value(key).toInteger();
-  return qint32(qBound<qint64>(std::numeric_limits<qint32>::min(), stored, std::numeric_limits<qint32>::max()));
+  return qint32(
+      qBound<qint64>(std::numeric_limits<qint32>::min(), stored, std::numeric_limits<qint32>::max()));
 }
 
-double number(const QString &key) { return value(key).toDouble(); }
+double number(const QString &key) {
+  return value(key).toDouble();
+}
 
-QString text(const QString &key) { return value(key).toText(); }
+QString text(const QString &key) {
+  return value(key).toText();
+}
 
 void set(const QString &key, const Value &newValue) {
   platform().preferences->setValue(platform().bundle.identifier, key, newValue);
 }
 
-void remove(const QString &key) { set(key, Value()); }
+void remove(const QString &key) {
+  set(key, Value());
+}
 
 void synchronize() {
   QString error;

@@ -35,7 +35,7 @@ class Workers {
     std::thread thread;
     bool ended = false;
   };
-  void run(std::list<Worker>::iterator worker, const QString &name, const std::function<void()> &body);
+  void run(std::list<Worker>::iterator worker, const QString &name, std::function<void()> body);
   void reap();
 
   mutable std::mutex lock;
