@@ -21,7 +21,8 @@ TEST(FileAddress, GivesThePathThatTheLibraryMeans) {
       {QStringLiteral("file:///a%zz"), QString()},
       {QStringLiteral("file://host"), QString()},
   };
-  for (const auto &[address, path] : cases) EXPECT_EQ(pathOfFileAddress(address), path) << qPrintable(address);
+  for (const auto &[address, path] : cases)
+    EXPECT_EQ(pathOfFileAddress(address), path) << qPrintable(address);
 }
 
 TEST(FileAddress, AnyPathSurvivesTheWayThroughAnAddress) {

@@ -8,8 +8,8 @@ std::vector<std::pair<QString, qsizetype>> folders(std::initializer_list<const c
                                                    qsizetype minimum = 3) {
   std::vector<QString> list;
   for (const char16_t *path : paths) list.push_back(QString::fromUtf16(path));
-  return BMUtility::topLevelDirectoriesFromPathsStopFragmentsMinComponents(
-      list, {QStringLiteral("/iTunes/")}, minimum);
+  return BMUtility::topLevelDirectoriesFromPathsStopFragmentsMinComponents(list, {QStringLiteral("/iTunes/")},
+                                                                           minimum);
 }
 
 std::pair<QString, qsizetype> folder(const char16_t *path, qsizetype count) {
@@ -19,7 +19,8 @@ std::pair<QString, qsizetype> folder(const char16_t *path, qsizetype count) {
 }  // namespace
 
 TEST(TopLevelDirectories, PathsUnderOneFolderCountTogether) {
-  const auto found = folders({u"/v/m/x/a/b/1.mp3", u"/v/m/x/a/c/2.mp3", u"/v/m/x/d/e/3.mp3", u"/w/o/k/4.mp3"});
+  const auto found =
+      folders({u"/v/m/x/a/b/1.mp3", u"/v/m/x/a/c/2.mp3", u"/v/m/x/d/e/3.mp3", u"/w/o/k/4.mp3"});
   ASSERT_EQ(found.size(), 2U);
   EXPECT_EQ(found[0], folder(u"/v/m/x", 3));
   EXPECT_EQ(found[1], folder(u"/w/o/k", 1));

@@ -1,0 +1,250 @@
+#include <QDir>
+
+#include "app/MainController.h"
+#include "app/library/LibraryFile.h"
+#include "app/library/LibraryLocation.h"
+#include "support/Preferences.h"
+#include "tests/fixtures/ScriptedView.h"
+#include "tests/fixtures/TestPlatform.h"
+#include "values/Keys.h"
+
+namespace {
+
+QByteArray trackXml(int number, const char *kind = "MPEG audio file") {
+  return QByteArrayLiteral(
+             "<key>%1</key><dict><key>Track ID</key><integer>%1</integer><key>Name</key>"
+             "<string>Song %1</string><key>Artist</key><string>A</string><key>Kind</key><string>")
+             .replace("%1", QByteArray::number(number)) +
+         kind + "</string><key>Total Time</key><integer>1000</integer></dict>\n";
+}
+
+QByteArray libraryXml(int tracks) {
+  QByteArray text =
+      "<?xml version=\"1.0\"?>\n<plist version=\"1.0\"><dict><key>Music "
+      "Folder</key><string>file:///M/</string>"
+      "<key>Tracks</key><dict>";
+  for (int number = 1; number <= tracks; ++number) text += trackXml(number);
+  return text + trackXml(tracks + 1, "MPEG-4 video file") +
+         "</dict><key>Playlists</key><array/></dict></plist>";
+}
+
+/// The controller with scan threads that the test writes, over a library file in the home folder.
+class Controller : public TestPlatform, public Commands {
+ protected:
+  Controller() : controller(view) {
+    controller.appState().commands = this;
+    const auto done = [this](std::atomic<bool> OperationState::*flag) {
+      return [this, flag] { controller.appState().operation.*flag = true; };
+    };
+    threads = {done(&OperationState::mCompletedOperation),
+               done(&OperationState::mCompletedFindInconsistentNames),
+               done(&OperationState::mCompletedFindMissingAndOrphans)};
+    iTunesInterface::resetLibraryCache();
+  }
+
+  void putLibrary(const QByteArray &bytes) { writeFile(libraryFile, bytes); }
+
+  /// Launches and runs until a scan or a failed load has ended.
+  void launch() {
+    controller.scanDriver().setThreads(threads);
+    controller.awakeFromNib();
+    EXPECT_TRUE(time.runUntil([this] { return view.scansEnded > 0 || view.loadedTracks == 0; }));
+    time.run(1.0);
+  }
+
+  void scanAgain() {
+    const int before = view.scansEnded;
+    controller.scanDriver().setThreads(threads);
+    controller.scanDriver().reFindProblems();
+    EXPECT_TRUE(time.runUntil([&] { return view.scansEnded > before; }));
+  }
+
+  void addRows(ProblemTab tab, int count) {
+    for (int row = 0; row < count; ++row) {
+      const Dictionary made = Dictionary::make();
+      made.set(keys::DupeGroup, 1);
+      controller.appState().lists[tab].append(made);
+    }
+  }
+
+  void doGetDefaultLibraryWhenNewerThan(std::optional<Date> date) override {
+    controller.libraryLoader().doGetDefaultLibraryWhenNewerThan(date);
+  }
+  void reloadLibraryAndScan() override { controller.scanDriver().reloadLibraryAndScan(); }
+  void doFindProblems() override { controller.scanDriver().doFindProblems(); }
+  void setStripesForDupesFromIndex(qint32) override {}
+  void revealPreferencesTab(const QString &) override {}
+  void customTerminate() override {}
+
+  ScriptedView view;
+  MainController controller;
+  ScanThreads threads;
+  const QString libraryFile = QStringLiteral("home/Music/iTunes/iTunes Library.xml");
+};
+
+}  // namespace
+
+TEST_F(Controller, ALaunchLoadsAndScansAndPresentsTheFirstTabWithRows) {
+  putLibrary(libraryXml(3));
+  setPreference(prefs::busy, true);
+  threads.scanLibraryForMissingAndOrphansThread = [this] {
+    addRows(ProblemTab::Orphans, 1);
+    addRows(ProblemTab::Missing, 2);
+    controller.appState().operation.mCompletedFindMissingAndOrphans = true;
+  };
+  launch();
+  EXPECT_EQ(view.loadedTracks, 3);
+  EXPECT_EQ(view.tab, ProblemTab::Orphans);
+  EXPECT_TRUE(view.tabLabels[0].endsWith(QStringLiteral(" (0)")));
+  EXPECT_TRUE(view.tabLabels[3].endsWith(QStringLiteral(" (2)")));
+  EXPECT_EQ(view.mediaPath, QStringLiteral("/M"));
+  EXPECT_FALSE(view.progressShown);
+  EXPECT_TRUE(preference(prefs::busy).isNull());
+  EXPECT_DOUBLE_EQ(view.progressMaximum, (3 * 2 + 10 * 3) / 1000.0);
+  for (const char16_t *line : {u"---- LAUNCH ----", u"... 3 tracks, music folder (manual:0): [/M]",
+                               u"(0 dupe, 0 incon, 1 orphan, 2 missing)"}) {
+    EXPECT_TRUE(logContains(QString::fromUtf16(line))) << qPrintable(logText());
+  }
+}
+
+TEST_F(Controller, ALibraryThatCannotBeReadIsToldAndLeavesAnEmptyOne) {
+  const struct {
+    const char *name;
+    QByteArray bytes;
+    bool alert;
+  } cases[] = {
+      {"none", {}, true},
+      {"empty", QByteArray(""), true},
+      {"no library",
+       "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>A</key><integer>1</integer></dict></plist>",
+       true},
+      {"a list", "<plist><array></array></plist>", true},
+      {"cut in its head", libraryXml(3).left(100), true},
+      {"without tracks", libraryXml(0), false},
+  };
+  for (const auto &[name, bytes, alert] : cases) {
+    QDir(folder(QStringLiteral("home/Music"))).removeRecursively();
+    if (!bytes.isNull()) putLibrary(bytes);
+    iTunesInterface::resetLibraryCache();
+    view.calls.clear();
+    view.loadedTracks = -1;
+    launch();
+    EXPECT_EQ(view.noted("alert BadLibraryTitle"), alert) << name;
+    EXPECT_TRUE(view.noted("prefs library")) << name;
+    EXPECT_EQ(view.scansEnded, 0) << name;
+    EXPECT_FALSE(view.progressShown) << name;
+  }
+}
+
+TEST_F(Controller, ALibraryCutAnywhereLoadsWhatCameBefore) {
+  const QByteArray whole = libraryXml(3);
+  const qsizetype cut = whole.indexOf("Song 3");
+  putLibrary(whole.left(cut));
+  launch();
+  EXPECT_EQ(view.loadedTracks, 2);
+  EXPECT_EQ(view.scansEnded, 1);
+}
+
+TEST_F(Controller, NoScanAtStartupStartsNothing) {
+  putLibrary(libraryXml(3));
+  setPreference(prefs::noScanAtStartup, true);
+  setPreference(prefs::preferAudioFileBitRate, 160);
+  controller.awakeFromNib();
+  time.run(5.0);
+  EXPECT_EQ(view.loadedTracks, -1);
+  EXPECT_FALSE(view.noted("beginProgress"));
+}
+
+TEST_F(Controller, ABusyFlagBeepsAndStartsNothing) {
+  putLibrary(libraryXml(3));
+  launch();
+  setPreference(prefs::busy, true);
+  controller.scanDriver().scanLibraryForProblems();
+  controller.scanDriver().reloadLibraryAndScan();
+  EXPECT_EQ(view.calls.count(QStringLiteral("beep")), 2);
+  EXPECT_TRUE(logContains(QStringLiteral("!!! scanLibraryForProblems invoked while busy")));
+  EXPECT_TRUE(logContains(QStringLiteral("!!! reloadLibraryAndScan invoked while busy")));
+}
+
+TEST_F(Controller, AChangedLibraryFileIsLoadedAgainBeforeTheScan) {
+  putLibrary(libraryXml(3));
+  launch();
+  EXPECT_TRUE(view.noted("alert NoProblemsTitle"));
+  putLibrary(libraryXml(5));
+  QFile file(folder(libraryFile));
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  file.setFileTime(QDateTime::currentDateTime().addSecs(60), QFile::FileModificationTime);
+  scanAgain();
+  EXPECT_EQ(view.loadedTracks, 5);
+  EXPECT_TRUE(logContains(QStringLiteral("... scan ended early, library stale")));
+}
+
+TEST_F(Controller, AFileThatVanishedDoesNotStopAScan) {
+  putLibrary(libraryXml(3));
+  launch();
+  QFile::remove(folder(libraryFile));
+  scanAgain();
+  EXPECT_EQ(view.loadedTracks, 3);
+}
+
+TEST_F(Controller, ACancelKeepsWhatWasFoundAndSaysNothingOfNoProblems) {
+  putLibrary(libraryXml(3));
+  threads.scanLibraryForDuplicatesThread = [this] {
+    OperationState &operation = controller.appState().operation;
+    while (!operation.mCancelOperation) platform().clock->sleep(0.1);
+    addRows(ProblemTab::Duplicates, 2);
+  };
+  controller.scanDriver().setThreads(threads);
+  controller.awakeFromNib();
+  ASSERT_TRUE(time.runUntil([this] { return view.progressMaximum > 0; }));
+  controller.doCancelOperation("Test");
+  ASSERT_TRUE(time.runUntil([this] { return view.scansEnded == 1; }));
+  EXPECT_EQ(controller.appState().lists.mDuplicateSongDicts.size(), 2);
+  EXPECT_FALSE(view.noted("alert NoProblemsTitle"));
+  EXPECT_TRUE(view.noted("explainDuplicates"));
+  EXPECT_TRUE(logContains(QStringLiteral("doCancelOperation <Test")));
+}
+
+TEST_F(Controller, AReasonStopsAllThreadsAndIsShownInsteadOfTheResults) {
+  putLibrary(libraryXml(3));
+  threads.scanLibraryForMissingAndOrphansThread = [this] {
+    controller.appState().operation.setCancelOperationReason(QStringLiteral("no folder"));
+  };
+  launch();
+  ASSERT_TRUE(view.noted("sheet ScanErrorTitle"));
+  EXPECT_TRUE(view.alerts.last().message.endsWith(QStringLiteral("\n\nno folder")));
+  EXPECT_EQ(controller.appState().operation.cancelOperationReason(), QString());
+  controller.appState().operation.mCancelOperation = true;
+  controller.appState().operation.setCancelOperationReason({});
+  EXPECT_TRUE(controller.appState().operation.mCancelOperation);
+}
+
+TEST_F(Controller, NoProblemsOffersTheSettings) {
+  putLibrary(libraryXml(1));
+  view.answers.insert(QStringLiteral("NoProblemsTitle"), 1);
+  launch();
+  EXPECT_TRUE(view.noted("prefs dupe"));
+  EXPECT_DOUBLE_EQ(view.progressMaximum, 0.01);
+  EXPECT_FALSE(view.tabLabels[0].contains(u'('));
+}
+
+TEST_F(Controller, TheWaitForANewerFileEndsWithItOrAfterTwoMinutes) {
+  putLibrary(libraryXml(3));
+  const double begin = time.now().seconds;
+  const Date fileDate = *iTunesInterface::currentMusicLibraryDate();
+  controller.libraryLoader().doGetDefaultLibraryWhenNewerThan(Date{fileDate.seconds - 0.75});
+  EXPECT_LT(time.now().seconds - begin, 0.1);
+  controller.libraryLoader().doGetDefaultLibraryWhenNewerThan(Date{fileDate.seconds - 0.5});
+  EXPECT_NEAR(time.now().seconds - begin, 120.0, 1.0);
+  EXPECT_TRUE(logContains(QStringLiteral("... GAVE UP waiting!")));
+  controller.appState().workers.joinAll();
+}
+
+TEST_F(Controller, TheEndRemembersTheWindowsAndClosesTheLog) {
+  controller.problemWindowFrame = [] { return QStringLiteral("{{1, 2}, {3, 4}}"); };
+  BMLog("something");
+  controller.applicationWillTerminate();
+  EXPECT_EQ(prefs::text(prefs::problemWinFrame), QStringLiteral("{{1, 2}, {3, 4}}"));
+  EXPECT_FALSE(QFile::exists(logFilePath()));
+  EXPECT_TRUE(QFile::exists(logFilePath().chopped(4) + QStringLiteral(".zip")));
+}
