@@ -27,7 +27,7 @@ bool writeAll(int handle, QByteArrayView bytes) {
     const ssize_t count = ::write(handle, bytes.data(), size_t(bytes.size()));
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return false;
-    bytes = bytes.mid(count);
+    bytes = bytes.sliced(count);
   }
   return true;
 }
@@ -77,7 +77,7 @@ bool writeFileAtomically(const QString &path, QByteArrayView bytes, bool durable
   }
   const QString folder = QFileInfo(target).path();
   const QByteArray temporary =
-      QFile::encodeName(folder + u"/." + QFileInfo(target).fileName() + u'.' +
+      QFile::encodeName(folder + u"/."_qs + QFileInfo(target).fileName() + u'.' +
                         QString::number(QRandomGenerator::system()->generate64(), 36));
   const int handle = ::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (handle < 0) return fail(path, "making a temporary file", error);

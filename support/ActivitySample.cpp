@@ -20,22 +20,22 @@ QByteArray read(const QString &path) {
 
 /// "name, S (sleeping), waits in futex_wait" for one task.
 QString taskLine(const QString &task) {
-  const QByteArray status = read(task + u"/status");
+  const QByteArray status = read(task + u"/status"_qs);
   if (status.isEmpty()) return {};
   QString name, state;
   for (const QByteArray &line : status.split('\n')) {
     if (line.startsWith("Name:")) name = QString::fromUtf8(line.mid(5).trimmed());
     if (line.startsWith("State:")) state = QString::fromUtf8(line.mid(6).trimmed());
   }
-  const QByteArray channel = read(task + u"/wchan");
-  QString text = name + u", " + state;
-  if (!channel.isEmpty() && channel != "0") text += u", waits in " + QString::fromUtf8(channel);
+  const QByteArray channel = read(task + u"/wchan"_qs);
+  QString text = name + u", "_qs + state;
+  if (!channel.isEmpty() && channel != "0") text += u", waits in "_qs + QString::fromUtf8(channel);
   return text;
 }
 
 /// Counts what each task is found doing.
 void look(const QString &process, QMap<QString, int> &seen) {
-  const QDir tasks(process + u"/task");
+  const QDir tasks(process + u"/task"_qs);
   const QStringList names = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
   for (const QString &task : names.first(std::min(kMostTasks, names.size()))) {
     const QString line = taskLine(tasks.filePath(task));
@@ -55,7 +55,7 @@ int BMUtility::logActivityForProcessSeconds(qint64 processID, float seconds) {
     if (turn > 0) platform().clock->sleep(double(seconds) / (kLooks - 1));
     look(process, seen);
   }
-  QStringList lines{QString::fromUtf8(read(process + u"/status"))};
+  QStringList lines{QString::fromUtf8(read(process + u"/status"_qs))};
   for (auto entry = seen.cbegin(); entry != seen.cend(); ++entry) {
     lines += QStringLiteral("%1 of %2: %3").arg(entry.value()).arg(kLooks).arg(entry.key());
   }

@@ -85,17 +85,17 @@ void console(const QString &text) {
 
 void writeEntry(Log &log, const QString &message) {
   if (message.isNull() || !platform().clock || !open(log)) {
-    console(u"BM> " + (message.isNull() ? QStringLiteral("(null)") : message));
+    console(u"BM> "_qs + (message.isNull() ? QStringLiteral("(null)") : message));
     return;
   }
   const auto milliseconds = qint64(std::floor(platform().clock->now().toUnix() * 1000.0));
   const QString time =
       QDateTime::fromMSecsSinceEpoch(milliseconds).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
-  const QString entry = (log.first ? u"" : u"\n") + (u'[' + time + u"] ") + message;
+  const QString entry = (log.first ? QString() : u"\n"_qs) + (u'[' + time + u"] "_qs) + message;
   if (writeWhole(log.handle, entry.toUtf8())) {
     log.first = false;
   } else {
-    console(u"BM> " + message);
+    console(u"BM> "_qs + message);
   }
 }
 
@@ -104,8 +104,8 @@ void compressLog(Log &log, const QString &path) {
   const QFileInfo info(path);
   if (!info.exists()) return;
   QString error;
-  if (!writeZipOfFile(info.path() + u'/' + info.completeBaseName() + u".zip", path, &error)) {
-    BMLogMessage(u"!!! the log stays as text: " + error);
+  if (!writeZipOfFile(info.path() + u'/' + info.completeBaseName() + u".zip"_qs, path, &error)) {
+    BMLogMessage(u"!!! the log stays as text: "_qs + error);
     return;
   }
   log.close();
@@ -121,7 +121,7 @@ void BMLogMessage(const QString &message) noexcept {
     try {
       writeEntry(state, message);
     } catch (const std::exception &exception) {
-      console(message + u" (BMLog exc: " + QString::fromUtf8(exception.what()) + u')');
+      console(message + u" (BMLog exc: "_qs + QString::fromUtf8(exception.what()) + u')');
     }
   } catch (...) {  // without memory even for the console
   }

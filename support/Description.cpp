@@ -52,7 +52,7 @@ bool writeNext(Open &open, QString &text, Value &member) {
     member = open.container.toArray().at(open.next);
   } else {
     const DictionaryEntry &entry = open.container.toDictionary().begin()[open.next];
-    text += (open.next > 0 ? u"; " : u"") + entry.key.text() + u" = ";
+    text += (open.next > 0 ? u"; "_qs : QString()) + entry.key.text() + u" = "_qs;
     member = entry.value;
   }
   ++open.next;

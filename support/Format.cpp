@@ -111,7 +111,7 @@ class FormatPrinter {
         return printed(holder, letter, realNumber(argument));
       }
       case u'p':
-        return padded(holder, u"0x" + QString::number(unsignedNumber(argument), 16));
+        return padded(holder, u"0x"_qs + QString::number(unsignedNumber(argument), 16));
       case u's':
       case u'@':
         return padded(holder, object(argument));
@@ -150,7 +150,7 @@ class FormatPrinter {
     if (const auto *number = std::get_if<quint64>(&argument.held)) return QString::number(*number);
     if (const auto *number = std::get_if<qint64>(&argument.held)) return QString::number(*number);
     const quint64 pointer = unsignedNumber(argument);
-    return pointer ? u"0x" + QString::number(pointer, 16) : QStringLiteral("(null)");
+    return pointer ? u"0x"_qs + QString::number(pointer, 16) : QStringLiteral("(null)");
   }
 };
 

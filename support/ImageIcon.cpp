@@ -12,7 +12,7 @@ QByteArray imageIconNoLargerThan(QByteArrayView picture, double width, double he
   const Images &images = *platform().images;
   QByteArray icon = images.imageNoLargerThanSize(picture, width, height, kBorder);
   if (!icon.isEmpty()) return icon;
-  QFile file(platform().bundle.resourceFolder + u"/images/unreadable_art.png");
+  QFile file(platform().bundle.resourceFolder + u"/images/unreadable_art.png"_qs);
   if (!file.open(QIODevice::ReadOnly)) return {};
   return images.imageNoLargerThanSize(file.readAll(), width, height, kBorder);
 }

@@ -29,7 +29,7 @@ bool fillAndClose(zip_t *archive, const QByteArray &source, const QByteArray &na
 }  // namespace
 
 bool writeZipOfFile(const QString &zipPath, const QString &sourcePath, QString *error) {
-  const QByteArray partial = QFile::encodeName(zipPath + u".part");
+  const QByteArray partial = QFile::encodeName(zipPath + u".part"_qs);
   int code = 0;
   zip_t *archive = zip_open(partial.constData(), ZIP_CREATE | ZIP_TRUNCATE, &code);
   if (!archive) {

@@ -51,7 +51,9 @@ class QtMainLoop : public QObject, public MainLoop {
 
   std::mutex lock;
   std::condition_variable posted;
-  std::deque<Task> tasks;  // guarded by lock
+  // Guarded by lock.
+  std::deque<Task> tasks;
+  bool closed = false;
 
   // Main thread only.
   std::map<TimerID, Timer> timers;
