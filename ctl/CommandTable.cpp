@@ -1,0 +1,97 @@
+#include "ctl/CommandTable.h"
+
+#include "ctl/InspectPlistCommand.h"
+#include "ctl/InspectResourcesCommand.h"
+#include "ctl/InspectTextCommand.h"
+#include "ctl/LibraryInfoCommand.h"
+#include "ctl/LibraryTracksCommand.h"
+#include "ctl/PrefsCommand.h"
+#include "ctl/ScanCommand.h"
+#include "platform/Platform.h"
+
+namespace {
+
+bool asksForHelp(const QString &argument) {
+  return argument == QStringLiteral("--help") || argument == QStringLiteral("-h");
+}
+
+}  // namespace
+
+CommandTable::CommandTable() {
+  commands.push_back(std::make_unique<ScanCommand>());
+  commands.push_back(std::make_unique<LibraryInfoCommand>());
+  commands.push_back(std::make_unique<LibraryTracksCommand>());
+  commands.push_back(std::make_unique<PrefsCommand>());
+  commands.push_back(std::make_unique<InspectResourcesCommand>());
+  commands.push_back(std::make_unique<InspectPlistCommand>());
+  commands.push_back(std::make_unique<InspectTextCommand>());
+}
+
+int CommandTable::run(const QStringList &arguments, Terminal &terminal) const {
+  const int code = dispatch(arguments, terminal);
+  terminal.out.flush();
+  if (terminal.out.good()) return code;
+  terminal.say(QStringLiteral("the output could not be written"));
+  return exitcode::kReported;
+}
+
+Command *CommandTable::find(const QStringList &arguments) const {
+  for (const auto &command : commands) {
+    const QStringList words = command->name().split(u' ');
+    if (arguments.first(qMin(words.size(), arguments.size())) == words) return command.get();
+  }
+  return nullptr;
+}
+
+int CommandTable::dispatch(const QStringList &arguments, Terminal &terminal) const {
+  if (arguments.isEmpty()) {
+    printHelp(terminal.err);
+    return exitcode::kWrongUse;
+  }
+  if (arguments.first() == QStringLiteral("help") || asksForHelp(arguments.first()))
+    return help(arguments.sliced(1), terminal);
+  if (arguments.first() == QStringLiteral("--version")) {
+    terminal.print(QStringLiteral("tallyfenctl %1").arg(platform().bundle.shortVersion));
+    return exitcode::kDone;
+  }
+  Command *command = find(arguments);
+  if (!command) {
+    terminal.say(QStringLiteral("no command \"%1\"")
+                     .arg(printable(arguments.first(qMin<qsizetype>(2, arguments.size())).join(u' '))));
+    terminal.err << "usage: tallyfenctl help [COMMAND]\n";
+    return exitcode::kWrongUse;
+  }
+  const QStringList rest = arguments.sliced(command->name().count(u' ') + 1);
+  if (!rest.isEmpty() && asksForHelp(rest.first())) return help(arguments, terminal);
+  return command->run(rest, terminal);
+}
+
+int CommandTable::help(const QStringList &arguments, Terminal &terminal) const {
+  if (arguments.isEmpty()) {
+    printHelp(terminal.out);
+    return exitcode::kDone;
+  }
+  bool found = false;
+  for (const auto &command : commands) {
+    if (find(arguments) != command.get() && command->name().section(u' ', 0, 0) != arguments.join(u' '))
+      continue;
+    terminal.print(QStringLiteral("usage: tallyfenctl ") +
+                   (command->name() + u' ' + command->usage()).trimmed());
+    terminal.print(QStringLiteral("  ") + command->help());
+    found = true;
+  }
+  if (found) return exitcode::kDone;
+  terminal.say(QStringLiteral("no command \"%1\"").arg(printable(arguments.join(u' '))));
+  terminal.err << "usage: tallyfenctl help [COMMAND]\n";
+  return exitcode::kWrongUse;
+}
+
+void CommandTable::printHelp(std::ostream &stream) const {
+  stream << "usage: tallyfenctl COMMAND [OPTIONS]\n\n";
+  for (const auto &command : commands) {
+    const QString name = command->name().leftJustified(18);
+    stream << "  " << (name + u' ' + command->help()).toStdString() << '\n';
+  }
+  stream << "  help [COMMAND]     tells how a command is used\n\n"
+            "Exit code: 0 done, 1 problems found or a failure reported, 2 wrong use.\n";
+}

@@ -1,0 +1,17 @@
+#include "ctl/LibraryInfoCommand.h"
+
+#include "ctl/LibrarySummary.h"
+#include "ctl/Options.h"
+#include "ctl/Session.h"
+
+int LibraryInfoCommand::run(const QStringList &arguments, Terminal &terminal) {
+  Options options({QStringLiteral("--json")}, {QStringLiteral("--library")});
+  QString error;
+  if (!options.parse(arguments, 0, &error)) return wrongUse(error, terminal);
+  const Session session(Session::LogAtEnd::StaysText);
+  const auto library = OpenedLibrary::open(options.value(QStringLiteral("--library")), terminal);
+  if (!library) return exitcode::kReported;
+  const LibrarySummary summary = LibrarySummary::of(*library);
+  options.has(QStringLiteral("--json")) ? summary.printJson(terminal) : summary.print(terminal);
+  return exitcode::kDone;
+}

@@ -1,0 +1,49 @@
+#include "ctl/OpenedLibrary.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include "app/library/LibraryFile.h"
+#include "app/library/LibraryLocation.h"
+#include "platform/Platform.h"
+#include "values/Keys.h"
+
+bool chooseLibraryFile(const QString &given, Terminal &terminal) {
+  const QFileInfo info(given);
+  if (!given.isEmpty() && !info.isFile()) {
+    const QString what = QString::fromLatin1(info.exists() ? "is no file" : "does not exist");
+    terminal.say(QStringLiteral("the library \"%1\" %2").arg(printable(given), what));
+    return false;
+  }
+  iTunesInterface::setMusicLibraryXMLPath(given.isEmpty() ? QString() : info.absoluteFilePath());
+  if (iTunesInterface::canGetMusicLibrary()) return true;
+  terminal.say(QStringLiteral("no music library found; name its file with --library FILE"));
+  return false;
+}
+
+std::optional<OpenedLibrary> OpenedLibrary::open(const QString &given, Terminal &terminal) {
+  if (!chooseLibraryFile(given, terminal)) return std::nullopt;
+  OpenedLibrary opened;
+  opened.path = iTunesInterface::currentMusicLibraryXMLPath();
+  opened.date = platform().fileFacts->modificationDate(opened.path);
+  QString error;
+  opened.root = iTunesInterface::getMusicLibraryDictionaryAtPathWithError(opened.path, &error);
+  if (error.isEmpty() && opened.root.value(keys::Tracks).toDictionary().isNull())
+    error = QStringLiteral("it holds no tracks");
+  if (!error.isEmpty()) {
+    terminal.say(QStringLiteral("the library \"%1\" cannot be read: %2").arg(printable(opened.path), error));
+    return std::nullopt;
+  }
+  warnIfCutOff(opened.path, terminal);
+  return opened;
+}
+
+void warnIfCutOff(const QString &path, Terminal &terminal) {
+  constexpr qint64 kEndBytes = 256;
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly) || file.peek(6) == "bplist") return;
+  file.seek(qMax<qint64>(0, file.size() - kEndBytes));
+  if (file.readAll().trimmed().endsWith("</plist>")) return;
+  terminal.say(QStringLiteral("the library \"%1\" ends in the middle; what comes before was read")
+                   .arg(printable(path)));
+}

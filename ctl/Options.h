@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QHash>
+#include <QStringList>
+
+/// The options and operands of one command. Options stand anywhere before a "--"; their values follow as the
+/// next argument or behind "=".
+class Options {
+ public:
+  /// The options that the command knows, with their dashes: those without a value, those with one.
+  Options(QStringList flagNames, QStringList valueNames)
+      : flags(std::move(flagNames)), valued(std::move(valueNames)) {}
+
+  /// Takes the arguments apart. False with what is wrong in `error`: an unknown option, a value too few or
+  /// too many, or more operands than `maximumOperands`.
+  [[nodiscard]] bool parse(const QStringList &arguments, qsizetype maximumOperands, QString *error);
+
+  bool has(const QString &name) const { return given.contains(name); }
+  /// The last value of an option; null if it was not given.
+  QString value(const QString &name) const {
+    return values(name).isEmpty() ? QString() : values(name).last();
+  }
+  QStringList values(const QString &name) const { return given.value(name); }
+  const QStringList &operands() const { return plain; }
+
+ private:
+  const QStringList flags;
+  const QStringList valued;
+  QHash<QString, QStringList> given;
+  QStringList plain;
+};

@@ -1,0 +1,121 @@
+#include "ctl/PrefsCommand.h"
+
+#include <sstream>
+
+#include "app/PrefsController.h"
+#include "app/state/AppState.h"
+#include "ctl/JsonWriter.h"
+#include "ctl/Options.h"
+#include "ctl/SettingTable.h"
+#include "ctl/TerminalView.h"
+#include "platform/Platform.h"
+#include "support/Preferences.h"
+
+namespace {
+
+QStringList storedKeys() {
+  return platform().preferences->keys(platform().bundle.identifier);
+}
+
+/// A known name, or any under which something is stored.
+bool isKey(const QString &key) {
+  return settings::isKnown(key) || storedKeys().contains(key);
+}
+
+QString unknown(const QString &key) {
+  return QStringLiteral("unknown setting \"%1\"").arg(printable(key));
+}
+
+QString jsonOf(const Value &value) {
+  std::ostringstream text;
+  JsonWriter(text).value(value);
+  return QString::fromStdString(text.str());
+}
+
+QString shown(const Value &value) {
+  return value.isText() ? printable(value.toText()) : jsonOf(value);
+}
+
+void resetAll(Terminal &terminal) {
+  TerminalView view(terminal);
+  AppState state(view);
+  PrefsController(state).resetToDefaults(false);
+}
+
+int save(Terminal &terminal) {
+  QString error;
+  if (platform().preferences->synchronize(&error)) return exitcode::kDone;
+  terminal.say(QStringLiteral("the settings were not saved: ") + error);
+  return exitcode::kReported;
+}
+
+}  // namespace
+
+int PrefsCommand::run(const QStringList &arguments, Terminal &terminal) {
+  // What follows the key is a value even when it begins with a dash.
+  const QString verb = arguments.value(0);
+  if (verb == QStringLiteral("set")) {
+    if (arguments.size() != 3) return wrongUse(QStringLiteral("set takes a KEY and a VALUE"), terminal);
+    return set(arguments[1], arguments[2], terminal);
+  }
+  Options options({QStringLiteral("--json")}, {});
+  QString error;
+  if (!options.parse(arguments, 2, &error)) return wrongUse(error, terminal);
+  const QString key = options.operands().value(1);
+  const bool hasKey = options.operands().size() == 2;
+  const bool asJson = options.has(QStringLiteral("--json"));
+  const QString command = options.operands().value(0);
+  if (command == QStringLiteral("list") && !hasKey) return list(asJson, terminal);
+  if (command == QStringLiteral("get") && hasKey) return get(key, asJson, terminal);
+  if (command == QStringLiteral("unset") && hasKey) return unset(key, terminal);
+  if (command == QStringLiteral("reset") && !hasKey) return reset(terminal);
+  return wrongUse(QStringLiteral("say what to do with the settings"), terminal);
+}
+
+int PrefsCommand::list(bool asJson, Terminal &terminal) const {
+  for (const QString &complaint : settings::complaints()) terminal.say(complaint);
+  if (!asJson) {
+    for (const QString &key : storedKeys())
+      terminal.print(printable(key) + QStringLiteral(" = ") + shown(prefs::value(key)));
+    return exitcode::kDone;
+  }
+  JsonWriter json(terminal.out);
+  json.beginObject();
+  for (const QString &key : storedKeys()) json.member(key, prefs::value(key));
+  json.endObject();
+  json.endLine();
+  return exitcode::kDone;
+}
+
+int PrefsCommand::get(const QString &key, bool asJson, Terminal &terminal) const {
+  if (!isKey(key)) return wrongUse(unknown(key), terminal);
+  const Value value = prefs::value(key);
+  if (value.isNull()) {
+    terminal.say(QStringLiteral("%1 is not set").arg(key));
+    return exitcode::kReported;
+  }
+  terminal.print(asJson ? jsonOf(value) : shown(value));
+  return exitcode::kDone;
+}
+
+int PrefsCommand::set(const QString &key, const QString &text, Terminal &terminal) const {
+  if (!settings::isKnown(key)) return wrongUse(unknown(key), terminal);
+  QString error;
+  const Value value = settings::parse(key, text, &error);
+  if (value.isNull()) return wrongUse(error, terminal);
+  // A store without first values is reset whole by the next launch, which would lose what is set here.
+  if (prefs::value(prefs::preferAudioFileBitRate).isNull()) resetAll(terminal);
+  prefs::set(key, value);
+  return save(terminal);
+}
+
+int PrefsCommand::unset(const QString &key, Terminal &terminal) const {
+  if (!isKey(key)) return wrongUse(unknown(key), terminal);
+  prefs::remove(key);
+  return save(terminal);
+}
+
+int PrefsCommand::reset(Terminal &terminal) const {
+  resetAll(terminal);
+  return save(terminal);
+}

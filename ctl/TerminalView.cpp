@@ -1,0 +1,43 @@
+#include "ctl/TerminalView.h"
+
+#include "platform/Platform.h"
+
+namespace {
+
+/// The button that changes nothing: the last one, but for the alerts whose other buttons lead elsewhere.
+int safeButton(const Alert &alert) {
+  return alert.key == QStringLiteral("NoProblemsTitle") ? 0 : int(alert.buttons.size()) - 1;
+}
+
+}  // namespace
+
+int TerminalView::runAlert(const Alert &alert) {
+  bar.clear();
+  failed = failed || alert.critical;
+  lines.say(printable(alert.title));
+  for (const QString &line : alert.message.split(u'\n', Qt::SkipEmptyParts))
+    lines.err << "  " << printable(line).toStdString() << '\n';
+  lines.err.flush();
+  return safeButton(alert);
+}
+
+void TerminalView::beginSheet(const Alert &alert, std::function<void(int)> done) {
+  const int button = runAlert(alert);
+  if (done) platform().mainLoop->post([done = std::move(done), button] { done(button); });
+}
+
+void TerminalView::endProgressSheet() {
+  progressShown = false;
+  bar.clear();
+}
+
+void TerminalView::interrupt() {
+  interrupted = true;
+  if (cancelEnabled && onCancel) onCancel();
+}
+
+void TerminalView::setCancelEnabled(bool enabled) {
+  cancelEnabled = enabled;
+  // The load that allows this may start the scan that is to be cancelled, so the cancel waits for it.
+  if (enabled && interrupted) platform().mainLoop->post([this] { interrupt(); });
+}

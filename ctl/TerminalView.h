@@ -1,0 +1,69 @@
+#pragma once
+
+#include <functional>
+
+#include "app/state/ProblemView.h"
+#include "ctl/ProgressBar.h"
+
+/// The view of the terminal program: alerts become lines on standard error and get the answer that changes
+/// nothing, progress becomes a bar if a person watches. Main thread.
+class TerminalView : public ProblemView {
+ public:
+  explicit TerminalView(Terminal &terminal) : lines(terminal), bar(terminal) {}
+
+  /// The load or the scan, whichever came last, has ended and nothing follows it.
+  bool isOver() const { return over; }
+  /// A critical alert was shown: the load or the scan failed.
+  bool hasFailed() const { return failed; }
+  /// The user wants an end: cancels now, or as soon as what runs can be cancelled.
+  void interrupt();
+  bool isInterrupted() const { return interrupted; }
+  /// What cancels the current operation.
+  std::function<void()> onCancel;
+
+  int runAlert(const Alert &alert) override;
+  void beginSheet(const Alert &alert, std::function<void(int)> done) override;
+  void beginExplainDuplicatesSheet() override {}
+  bool hasSheet() const override { return progressShown; }
+  void endAllSheets() override { endProgressSheet(); }
+  void beep() override {}
+
+  void beginProgressSheet() override { progressShown = true; }
+  void endProgressSheet() override;
+  void setProgressText(const QString &text) override { bar.setText(text); }
+  void setProgressQuote(const QString &) override {}
+  void setProgressSubText(const QString &text) override { bar.setSubText(text); }
+  void setProgressIndeterminate(bool indeterminate) override { bar.setIndeterminate(indeterminate); }
+  void setProgressMaximum(double maximum) override { bar.setMaximum(maximum); }
+  void setProgressValue(double value) override { bar.setValue(value); }
+  void setCancelEnabled(bool enabled) override;
+
+  void reloadTable(ProblemTab) override {}
+  void rememberSelection() override {}
+  void restoreSelection() override {}
+  ProblemTab currentTab() const override { return tab; }
+  void selectTab(ProblemTab newTab) override { tab = newTab; }
+  void setTabLabel(ProblemTab, const QString &) override {}
+  void validateProblemUI() override {}
+  void showProblemWindow() override {}
+  void setPhoneticWarningVisible(bool) override {}
+
+  void revealPreferences(const QString &) override {}
+  void setLibraryPaths(const QString &, const QString &) override {}
+  void setLibrarySongCount(const QString &) override {}
+  void setSettingsNoteVisible(int, bool) override {}
+  QString chooseFolder(const QString &, const QString &) override { return {}; }
+
+  void libraryDidLoad(qsizetype tracks) override { over = tracks == 0; }
+  void scanDidEnd() override { over = true; }
+
+ private:
+  Terminal &lines;
+  ProgressBar bar;
+  ProblemTab tab = ProblemTab::Duplicates;
+  bool progressShown = false;
+  bool cancelEnabled = true;
+  bool interrupted = false;
+  bool over = false;
+  bool failed = false;
+};

@@ -1,0 +1,19 @@
+#include <unistd.h>
+#include <QCoreApplication>
+#include <iostream>
+
+#include "ctl/CommandTable.h"
+#include "platform/qt/QtPlatform.h"
+
+int main(int argumentCount, char *arguments[]) {
+  std::ios::sync_with_stdio(false);
+  QCoreApplication application(argumentCount, arguments);
+  BundleInformation bundle;
+  bundle.executable = QStringLiteral("tallyfenctl");
+  bundle.identifier = QStringLiteral("com.brinmoor.tallyfen");
+  bundle.shortVersion = QStringLiteral(TALLYFEN_VERSION);
+  bundle.version = bundle.shortVersion;
+  const QtPlatform services(bundle, standardFolders(), standardPreferenceFolder());
+  Terminal terminal{std::cin, std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0};
+  return CommandTable().run(QCoreApplication::arguments().sliced(1), terminal);
+}
