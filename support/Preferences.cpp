@@ -16,9 +16,8 @@ bool isTrue(const QString &key) {
 }
 
 qint32 integer(const QString &key) {
-  const qint64 stored = value(key).toInteger();
-  return qint32(
-      qBound<qint64>(std::numeric_limits<qint32>::min(), stored, std::numeric_limits<qint32>::max()));
+  using Limits = std::numeric_limits<qint32>;
+  return qint32(std::clamp<qint64>(value(key).toInteger(), Limits::min(), Limits::max()));
 }
 
 double number(const QString &key) {
