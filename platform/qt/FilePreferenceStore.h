@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QHash>
-#include <QSet>
 #include <mutex>
 
 #include "platform/PreferenceStore.h"
@@ -11,7 +10,8 @@ class SystemPropertyList;
 /// Preferences in one XML property-list file for each domain, "<domain>.plist" in a folder that is made when
 /// first needed. Each change is written at once, the file replaced whole; several processes may share the
 /// folder: a file that another has changed is read again, and changes are made under a lock file. A file that
-/// is no property list is set aside as "<domain>.plist.damaged" before anything is written in its place.
+/// is no property list is set aside as "<domain>.plist.damaged" (or "...damaged2" and so on) before anything
+/// is written in its place.
 class FilePreferenceStore : public PreferenceStore {
  public:
   /// The property lists' service must outlive the store.
@@ -35,7 +35,10 @@ class FilePreferenceStore : public PreferenceStore {
     Dictionary values;
     /// Changes that the file does not have yet; a null value stands for a removal.
     QList<std::pair<QString, Value>> unwritten;
-    bool damaged = false;
+    /// There is a file that is no property list.
+    bool unreadable = false;
+    /// Why there is a file that cannot be read at all.
+    QString readProblem;
     /// The file holds all changes but may not have reached the disk.
     bool volatileOnDisk = false;
     QString problem;
