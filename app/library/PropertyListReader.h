@@ -12,6 +12,8 @@ struct PropertyListCounts {
   qint64 values = 0;
   /// Runs that were neither UTF-8 nor anything else that could be read.
   qint64 undecodable = 0;
+  /// The result is that of this program's own pass.
+  bool isManual = false;
 };
 
 namespace BMUtility {

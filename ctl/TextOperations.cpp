@@ -1,0 +1,154 @@
+#include "ctl/TextOperations.h"
+
+#include <QHash>
+#include <functional>
+
+#include "ctl/RequestArguments.h"
+#include "support/ByteSearch.h"
+#include "support/Checksum.h"
+#include "support/FormatCount.h"
+#include "support/Hexadecimal.h"
+#include "text/PlistDate.h"
+#include "text/Simplified.h"
+#include "values/Keys.h"
+
+namespace {
+
+const Key kOp(u"op"), kArgs(u"args"), kIgnorePlurals(u"ignorePlurals");
+
+using Operation = std::function<Value(RequestArguments &)>;
+
+/// An operation of a text without other arguments. An absent text gives nothing.
+Operation ofText(QString (*operation)(const QString &)) {
+  return [operation](RequestArguments &arguments) -> Value {
+    const std::optional<QString> text = arguments.text();
+    return text && !arguments.hasFailed() ? Value(operation(*text)) : Value();
+  };
+}
+
+/// A test of a text with another, which may be absent. False for an absent text.
+Operation ofTwoTexts(bool (*test)(const QString &, const QString &)) {
+  return [test](RequestArguments &arguments) -> Value {
+    const std::optional<QString> text = arguments.text(), other = arguments.text();
+    return text && test(*text, other.value_or(QString()));
+  };
+}
+
+/// An operation of bytes. Absent bytes give nothing.
+Operation ofBytes(Value (*operation)(QByteArrayView)) {
+  return [operation](RequestArguments &arguments) -> Value {
+    const std::optional<QByteArray> bytes = arguments.bytes();
+    return bytes ? operation(*bytes) : Value();
+  };
+}
+
+Value listOf(const QStringList &texts) {
+  const Array list = Array::make();
+  for (const QString &text : texts) list.append(text);
+  return list;
+}
+
+Value withoutWords(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text();
+  const QStringList words = arguments.texts();
+  return text ? Value(stringWithoutWords(*text, words)) : Value();
+}
+
+Value withoutCharacters(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text(), set = arguments.text();
+  return text ? Value(stringByDeletingCharactersInSet(*text, set.value_or(QString()))) : Value();
+}
+
+Value withoutEnclosed(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text();
+  const QChar from = arguments.character(), to = arguments.character();
+  return text ? Value(stringWithStrippedEnclosedByCharToChar(*text, from, to)) : Value();
+}
+
+Value reversedOrder(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text(), other = arguments.text();
+  return text && other ? Value(int(reversedCompare(*text, *other))) : Value();
+}
+
+Value dataIsIn(RequestArguments &arguments) {
+  const std::optional<QByteArray> bytes = arguments.bytes(), pattern = arguments.bytes();
+  if (!bytes) return false;
+  return containsData(*bytes, pattern ? std::optional<QByteArrayView>(*pattern) : std::nullopt);
+}
+
+Value dateOf(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text();
+  const std::optional<Date> date = text ? plistDateValue(*text) : std::nullopt;
+  return date ? Value(date->toIsoText()) : Value();
+}
+
+const QHash<QString, Operation> &operations() {
+  static const QHash<QString, Operation> table = {
+      {QStringLiteral("simplified"), ofText(simplified)},
+      {QStringLiteral("isSimpleEqualTo"), ofTwoTexts(isSimpleEqualTo)},
+      {QStringLiteral("stringWithoutWords"), withoutWords},
+      {QStringLiteral("minorWords"), [](RequestArguments &) { return listOf(minorWords()); }},
+      {QStringLiteral("plainASCIIString"), ofText(plainASCIIString)},
+      {QStringLiteral("precomposedBMString"), ofText(precomposedBMString)},
+      {QStringLiteral("stringByDeletingCharactersInSet"), withoutCharacters},
+      {QStringLiteral("containsString"), ofTwoTexts(containsString)},
+      {QStringLiteral("stringWithStrippedEnclosedByChar"), withoutEnclosed},
+      {QStringLiteral("stringWithStrippedEnclosedByCharToChar"), withoutEnclosed},
+      {QStringLiteral("stringWithStrippedBracketedText"), ofText(stringWithStrippedBracketedText)},
+      {QStringLiteral("stringWithStrippedParenthesizedText"), ofText(stringWithStrippedParenthesizedText)},
+      {QStringLiteral("correctedCaseString"), ofText(correctedCaseString)},
+      {QStringLiteral("capitalizedString"), ofText(capitalizedString)},
+      {QStringLiteral("normalizedString"), ofText(normalizedString)},
+      {QStringLiteral("reversedCompare"), reversedOrder},
+      {QStringLiteral("CRC"), ofBytes([](QByteArrayView bytes) { return Value(qint64(CRC(bytes))); })},
+      {QStringLiteral("containsData"), dataIsIn},
+      {QStringLiteral("hexadecimalStringRepresentation"),
+       ofBytes([](QByteArrayView bytes) { return Value(hexadecimalStringRepresentation(bytes)); })},
+      {QStringLiteral("hexadecimalStringRepresentationWithSpaces"),
+       ofBytes([](QByteArrayView bytes) { return Value(hexadecimalStringRepresentationWithSpaces(bytes)); })},
+      {QStringLiteral("plistDateValue"), dateOf},
+      {QStringLiteral("formatCount"),
+       [](RequestArguments &arguments) { return Value(formatCount(arguments.number())); }},
+  };
+  return table;
+}
+
+/// Installs the table that the request names. False if it is no table of texts.
+bool installSimplifiers(const Dictionary &request, QString *error) {
+  const Value &table = request.value(keys::simplifiers), &plurals = request.value(kIgnorePlurals);
+  for (const DictionaryEntry &entry : table.toDictionary()) {
+    if (!entry.value.isText()) *error = QStringLiteral("\"simplifiers\" holds more than texts");
+  }
+  if (!table.isNull() && table.type() != Value::Type::Dictionary)
+    *error = QStringLiteral("\"simplifiers\" is no object");
+  if (!plurals.isNull() && plurals.type() != Value::Type::Boolean)
+    *error = QStringLiteral("\"ignorePlurals\" is not true or false");
+  if (!error->isEmpty()) return false;
+  if (table.isNull() && plurals.isNull()) {
+    clearSimplifiers();
+  } else {
+    setSimplifiersDictionaryRemoveTrailingS(table.toDictionary(), plurals.toBool());
+  }
+  return true;
+}
+
+}  // namespace
+
+Value answerTextRequest(const Dictionary &request, QString *error) {
+  const QString &name = request.value(kOp).toText();
+  const auto operation = operations().constFind(name);
+  if (operation == operations().constEnd()) {
+    *error = QStringLiteral("unknown operation \"%1\"").arg(name);
+    return {};
+  }
+  const Value &given = request.value(kArgs);
+  if (!given.isNull() && given.type() != Value::Type::Array) {
+    *error = QStringLiteral("\"args\" is no array");
+    return {};
+  }
+  if (!installSimplifiers(request, error)) return {};
+  RequestArguments arguments(given.toArray());
+  const Value result = (*operation)(arguments);
+  *error = arguments.error();
+  return error->isEmpty() ? result : Value();
+}

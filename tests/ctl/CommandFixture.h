@@ -1,0 +1,29 @@
+#pragma once
+
+#include <sstream>
+
+#include "ctl/CommandTable.h"
+#include "ctl/ScanCommand.h"
+#include "tests/fixtures/TestPlatform.h"
+
+/// Runs commands in this process with buffers in place of the streams, in virtual time.
+class CommandFixture : public TestPlatform {
+ protected:
+  CommandFixture();
+  ~CommandFixture() override;
+
+  /// Runs a command line ("prefs get busy", split at blanks) on `input`; fills `out` and `err`.
+  int run(const QString &line, const std::string &input = {});
+  /// Runs the scan with arguments, interrupting it when `interruptWhen` first holds.
+  int scan(const QStringList &arguments, std::function<bool()> interruptWhen = {});
+
+  /// Writes a library of tracks, each given as XML behind a "Persistent ID" made of its place from 1 on, and
+  /// answers its path.
+  QString writeLibrary(const QStringList &tracks, const QString &path = QStringLiteral("library.xml"));
+  /// A track's XML as `writeLibrary` takes it.
+  static QString track(const QString &artist, const QString &name, int seconds = 200,
+                       const QString &more = {});
+
+  std::string out, err;
+  bool isTerminal = false;
+};
