@@ -48,9 +48,9 @@ TEST(ByteSearch, FindsRunsAtBothEndsAndNothingElse) {
 
 TEST(FormatCount, ChangesTheUnitATenthBeforeIt) {
   const std::pair<double, const char16_t *> cases[] = {
-      {0, u"0.0"},        {1, u"1.0"},       {0.25, u"0.25"},    {1.0 / 3, u"0.33333"}, {0.000001, u"0.0"},
-      {909, u"909.0"},    {910, u"0.9K"},    {1500, u"1.5K"},    {908000, u"908.0K"},   {1e6, u"1.0M"},
-      {2.35e9, u"2.4G"},  {1e12, u"1.0T"},   {5e15, u"5.0P"},    {-5000, u"-5000.0"},
+      {0, u"0.0"},       {1, u"1.0"},     {0.25, u"0.25"}, {1.0 / 3, u"0.33333"}, {0.000001, u"0.0"},
+      {909, u"909.0"},   {910, u"0.9K"},  {1500, u"1.5K"}, {908000, u"908.0K"},   {1e6, u"1.0M"},
+      {2.35e9, u"2.4G"}, {1e12, u"1.0T"}, {5e15, u"5.0P"}, {-5000, u"-5000.0"},
   };
-  for (const auto &[value, text] : cases) EXPECT_EQ(formatCount(value), QString(text)) << value;
+  for (const auto &[value, text] : cases) EXPECT_EQ(formatCount(value), QStringView(text)) << value;
 }
