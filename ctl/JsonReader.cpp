@@ -152,8 +152,13 @@ bool JsonReader::readNumber(Value *value) {
   const QByteArray text = bytes.sliced(begin, at - begin).toByteArray();
   bool fits = false;
   const qint64 whole = isWhole ? text.toLongLong(&fits) : 0;
-  *value = fits ? Value(whole) : Value(text.toDouble());
-  return true;
+  if (fits) {
+    *value = whole;
+    return true;
+  }
+  bool inRange = false;
+  *value = text.toDouble(&inRange);
+  return inRange || fail("a number out of range");
 }
 
 /// Appends the text from its opening quote on and goes behind the closing one.
