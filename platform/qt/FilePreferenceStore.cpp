@@ -31,10 +31,6 @@ class FileLock {
   const int handle;
 };
 
-void apply(const Dictionary &values, const QString &key, const Value &value) {
-  values.set(Key(key), value);
-}
-
 }  // namespace
 
 FilePreferenceStore::FilePreferenceStore(const QString &store, const SystemPropertyList *lists)
@@ -56,9 +52,9 @@ void FilePreferenceStore::setValue(const QString &domain, const QString &key, co
     const FileLock others(path(domain) + u".lock"_qs);
     Domain &state = refreshed(domain);
     const Value kept = copyTree(value);
-    state.unwritten.removeIf([&](const std::pair<QString, Value> &change) { return change.first == key; });
+    state.unwritten.removeIf([&](const Change &change) { return change.first == key; });
     state.unwritten.append({key, kept});
-    apply(state.values, key, kept);
+    state.values.set(Key(key), kept);
     write(domain, state, false);
     told = observer;
   }
@@ -127,7 +123,7 @@ void FilePreferenceStore::read(const QString &domain, Domain &state) const {
   const bool failed = file.error() != QFileDevice::NoError && file.exists();
   state.readProblem = failed ? file.errorString() : QString();
   if (failed) state.known = state.unreadable = false;
-  for (const auto &[key, value] : state.unwritten) apply(state.values, key, value);
+  for (const auto &[key, value] : state.unwritten) state.values.set(Key(key), value);
 }
 
 bool FilePreferenceStore::write(const QString &domain, Domain &state, bool durable) {
@@ -137,18 +133,32 @@ bool FilePreferenceStore::write(const QString &domain, Domain &state, bool durab
     return false;
   }
   if (state.unreadable && !setAside(domain, &state.problem)) return false;
-  const QByteArray bytes =
-      propertyLists->write(state.values, SystemPropertyList::Format::Xml, &state.problem);
-  if (bytes.isEmpty()) {
-    state.problem.prepend(QStringLiteral("the settings %1: ").arg(path(domain)));
-    return false;
-  }
+  QList<Change> unwritable;
+  const QByteArray bytes = formatted(domain, state, unwritable);
+  if (bytes.isEmpty()) return false;
   if (!writeFileAtomically(path(domain), bytes, durable, &state.problem)) return false;
   state.unreadable = false;
-  state.unwritten.clear();
+  state.unwritten = unwritable;
   state.stamp = stampOf(path(domain));
   state.volatileOnDisk = !durable;
-  return true;
+  return unwritable.isEmpty();
+}
+
+QByteArray FilePreferenceStore::formatted(const QString &domain, Domain &state,
+                                          QList<Change> &unwritable) const {
+  constexpr auto kXml = SystemPropertyList::Format::Xml;
+  const QByteArray bytes = propertyLists->write(state.values, kXml, nullptr);
+  if (!bytes.isEmpty()) return bytes;
+  // A value that the format cannot hold must not hold back the others.
+  const Dictionary sound = state.values.copyMembers(true);
+  for (const Change &change : state.unwritten) {
+    QString reason;
+    if (change.second.isNull() || !propertyLists->write(change.second, kXml, &reason).isEmpty()) continue;
+    unwritable += change;
+    sound.remove(Key(change.first));
+    state.problem = QStringLiteral("the setting %1 of %2 %3").arg(change.first, path(domain), reason);
+  }
+  return propertyLists->write(sound, kXml, unwritable.isEmpty() ? &state.problem : nullptr);
 }
 
 bool FilePreferenceStore::setAside(const QString &domain, QString *error) const {

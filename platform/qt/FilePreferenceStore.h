@@ -29,12 +29,13 @@ class FilePreferenceStore : public PreferenceStore {
     qint64 inode = -1, size = -1, seconds = 0, nanoseconds = 0;
     bool operator==(const Stamp &) const = default;
   };
+  using Change = std::pair<QString, Value>;
   struct Domain {
     bool known = false;
     Stamp stamp;
     Dictionary values;
     /// Changes that the file does not have yet; a null value stands for a removal.
-    QList<std::pair<QString, Value>> unwritten;
+    QList<Change> unwritten;
     /// There is a file that is no property list.
     bool unreadable = false;
     /// Why there is a file that cannot be read at all.
@@ -49,6 +50,8 @@ class FilePreferenceStore : public PreferenceStore {
   Domain &refreshed(const QString &domain) const;
   void read(const QString &domain, Domain &state) const;
   bool write(const QString &domain, Domain &state, bool durable);
+  /// The domain's bytes without the changes that the format cannot hold, which are put on the list.
+  QByteArray formatted(const QString &domain, Domain &state, QList<Change> &unwritable) const;
   bool setAside(const QString &domain, QString *error) const;
 
   const QString folder;
