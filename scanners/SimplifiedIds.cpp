@@ -1,0 +1,15 @@
+#include "scanners/SimplifiedIds.h"
+
+#include "text/Simplified.h"
+
+quint32 SimplifiedIds::ofName(const QString &name) {
+  const auto known = names.constFind(name);
+  if (known != names.constEnd()) return *known;
+  const quint32 id = ofKey(simplified(name));
+  names.insert(name, id);
+  return id;
+}
+
+quint32 SimplifiedIds::ofKey(const QString &key) {
+  return keys.of(key);
+}
