@@ -8,8 +8,13 @@
 #include "support/Checksum.h"
 #include "support/FormatCount.h"
 #include "support/Hexadecimal.h"
+#include "text/Characters.h"
+#include "text/Enclosed.h"
+#include "text/PlainAscii.h"
 #include "text/PlistDate.h"
+#include "text/Search.h"
 #include "text/Simplified.h"
+#include "text/Words.h"
 #include "values/Keys.h"
 
 namespace {
