@@ -8,12 +8,9 @@
 class Unicode {
  public:
   virtual ~Unicode() = default;
-  /// Any script in Latin letters.
-  virtual QString toLatin(const QString &text) const = 0;
-  /// Decomposed, without combining marks.
-  virtual QString withoutMarks(const QString &text) const = 0;
-  /// 7-bit ASCII; a character without an ASCII form is dropped. Nothing if the conversion failed.
-  virtual std::optional<QByteArray> toAscii(const QString &text) const = 0;
+  /// The text in 7-bit ASCII: any script in Latin letters, decomposed, without combining marks, then the
+  /// ASCII forms of what is left; a character without one is dropped. Nothing if the conversion failed.
+  virtual std::optional<QByteArray> foldedToAscii(const QString &text) const = 0;
   /// Canonical composition; the text itself if there is none.
   virtual QString composed(const QString &text) const = 0;
 };

@@ -12,7 +12,8 @@ struct AmpersandCode {
 };
 
 /// The character entity that begins at `index`: "&name", "&#decimal" or "&#xhexadecimal", with or without a
-/// semicolon. Decimal codes 128 to 159 mean the Windows-1252 characters of those bytes. No entity gives code 0.
+/// semicolon. Decimal codes 128 to 159 mean the Windows-1252 characters of those bytes. No entity gives code
+/// 0.
 AmpersandCode ampersandCodeEquivalentAtIndexCodeLength(QStringView text, qsizetype index);
 
 /// The text with every character entity replaced by its character. What is no entity stays as it is; a text
