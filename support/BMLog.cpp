@@ -12,8 +12,8 @@
 #include <cstring>
 
 #include "platform/Platform.h"
+#include "support/PreferenceKeys.h"
 #include "support/ZipFile.h"
-#include "values/Keys.h"
 
 namespace {
 
@@ -133,7 +133,7 @@ QString logFilePath() {
   if (state.path.isEmpty()) {
     state.path = computedPath();
     if (platform().preferences) {
-      platform().preferences->setValue(platform().bundle.identifier, keys::logDirectory.text(),
+      platform().preferences->setValue(platform().bundle.identifier, prefs::logDirectory,
                                        QFileInfo(state.path).path());
     }
   }

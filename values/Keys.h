@@ -79,7 +79,4 @@ inline const Key simplifiers{u"simplifiers"};
 inline const Key ignoreKinds{u"ignoreKinds"};
 inline const Key ignoreKindSubstrings{u"ignoreKindSubstrings"};
 
-// Preferences that support/ writes.
-inline const Key logDirectory{u"logDirectory"};
-
 }  // namespace keys

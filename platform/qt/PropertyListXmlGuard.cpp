@@ -38,6 +38,11 @@ qsizetype commentLength(QByteArrayView rest) {
   return end < 0 ? rest.size() : end + ending.size();
 }
 
+/// Comments that end before they have begun: parsers differ on where these end, and so on what they hide.
+bool isAmbiguous(QByteArrayView rest) {
+  return rest.startsWith("!-->") || rest.startsWith("!--->") || rest.startsWith("?>");
+}
+
 bool hasInternalSubset(QByteArrayView rest) {
   return rest.startsWith("!DOCTYPE") && rest.first(std::max<qsizetype>(0, rest.indexOf('>'))).contains('[');
 }
@@ -53,6 +58,7 @@ QString reasonToRefuseXml(QByteArrayView bytes, int deepest) {
   qsizetype rawEnd = 0;
   for (qsizetype at = bytes.indexOf('<'); at >= 0; at = bytes.indexOf('<', at)) {
     const QByteArrayView rest = bytes.sliced(++at);
+    if (isAmbiguous(rest)) return QStringLiteral("a comment without an end of its own");
     if (at >= rawEnd) at += commentLength(rest);
     if (rest.startsWith("![CDATA[")) {
       const qsizetype end = rest.indexOf("]]>");

@@ -92,11 +92,14 @@ bool QtMainLoop::isMainThread() const {
 
 void QtMainLoop::serveUntil(const std::function<bool()> &done) {
   using namespace std::chrono_literals;
+  const bool inTask = std::exchange(busy, true);
   while (!done()) {
     if (runPosted()) continue;
     std::unique_lock guard(lock);
     posted.wait_for(guard, 5ms, [this] { return !tasks.empty(); });
   }
+  busy = inTask;
+  wake();
 }
 
 bool QtMainLoop::event(QEvent *event) {
@@ -118,7 +121,6 @@ void QtMainLoop::timerFired(TimerID timer) {
 
 void QtMainLoop::runWaiting() {
   if (busy) return;
-  // One of each, then back to Qt: a flood of posts must not keep the window from being drawn.
   busy = true;
   const bool ranTimer = runDueTimer();
   const bool ranTask = runPosted();

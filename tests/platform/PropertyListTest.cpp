@@ -99,6 +99,9 @@ TEST(PropertyList, HostileXmlIsRefusedWithAReason) {
       xml("<array><!-- " + QByteArray("</array>").repeated(2000) + " -->" +
           QByteArray("<array >").repeated(2000)),
       xml("<![CDATA[>" + open + "]]>"),
+      xml("<!-->" + open + "-->"),
+      xml("<!--->" + open + "-->"),
+      "<?>" + open + "?>",
       xml("<string>a\xff\xfe</string>"),
       xml(QByteArray("<string>a\0b</string>", 20)),
       "<!DOCTYPE plist [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]>" + xml("<string>&b;</string>"),
