@@ -1,0 +1,217 @@
+#include "desktop/DesktopView.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QUrl>
+
+#include "bridge/LocalizedMessage.h"
+#include "desktop/ExplainSheet.h"
+#include "desktop/LibraryPreferences.h"
+#include "desktop/PreferencesWindow.h"
+#include "desktop/ProblemWindow.h"
+#include "desktop/ProgressPanel.h"
+#include "platform/Platform.h"
+#include "program/Application.h"
+#include "support/BMLog.h"
+#include "support/Preferences.h"
+
+DesktopView::DesktopView() = default;
+
+DesktopView::~DesktopView() {
+  DesktopView::endAllSheets();
+  for (const QPointer<SheetDialog> &sheet : sheets) delete sheet.data();
+}
+
+void DesktopView::attach(Application &attached) {
+  application = &attached;
+  window = std::make_unique<ProblemWindow>(attached.state(), makeActions());
+  preferences = std::make_unique<PreferencesWindow>(makeActions());
+  progress = std::make_unique<ProgressPanel>(
+      window.get(), [this] { application->controller().doCancelOperation("ProgressPanel"); });
+  attached.controller().problemWindowFrame = [this] { return window->placeText(); };
+  attached.controller().prefsWindowOrigin = [this] { return preferences->originText(); };
+}
+
+WindowActions DesktopView::makeActions() {
+  WindowActions actions;
+  actions.rescan = [this] { application->reloadLibraryAndScan(); };
+  actions.chooseMediaFolder = [this] { application->controller().chooseNewMediaFolder(); };
+  actions.useAutomaticMediaFolder = [this] {
+    prefs::remove(prefs::manualMediaPath);
+    application->reloadLibraryAndScan();
+  };
+  actions.revealPreferences = [this] { revealPreferences({}); };
+  actions.resetToDefaults = [this] { application->controller().prefsController().resetToDefaults(true); };
+  actions.showAbout = [this] { showAbout(); };
+  actions.showLog = [] { QDesktopServices::openUrl(QUrl::fromLocalFile(logFilePath())); };
+  actions.quit = [this] { application->customTerminate(); };
+  actions.focusChanged = [this] { application->controller().applicationDidChangeFocus(); };
+  return actions;
+}
+
+void DesktopView::showAbout() {
+  const BundleInformation &bundle = platform().bundle;
+  Alert alert;
+  alert.key = QStringLiteral("AboutTitle");
+  alert.title = localizedMessage(alert.key, bundle.shortVersion);
+  alert.message = localizedMessage(QStringLiteral("AboutMessage"), bundle.commit, logFilePath());
+  alert.buttons = {localizedMessage(QStringLiteral("AboutOK"))};
+  beginSheet(alert, {});
+}
+
+QWidget *DesktopView::hostOfSheet(bool onPreferencesWindow) const {
+  for (auto sheet = sheets.rbegin(); sheet != sheets.rend(); ++sheet) {
+    if (*sheet && (*sheet)->isVisible()) return *sheet;
+  }
+  if (onPreferencesWindow && preferences->isVisible()) return preferences.get();
+  if (progress->isVisible()) return progress.get();
+  return window.get();
+}
+
+SheetDialog *DesktopView::makeSheet(const Alert &alert) {
+  auto *sheet = new SheetDialog(hostOfSheet(alert.onPreferencesWindow));
+  sheet->setObjectName(alert.key);
+  sheet->setPicture(alert.critical ? icons::icon(icons::Shape::Warning) : icons::application());
+  sheet->setTitle(alert.title);
+  sheet->setText(alert.message);
+  for (int i = 0; i < alert.buttons.size(); ++i) sheet->addButton(alert.buttons[i], i);
+  sheet->setEscapeIndex(alert.buttons.size() > 1 ? 1 : 0);
+  keep(sheet);
+  return sheet;
+}
+
+void DesktopView::keep(SheetDialog *sheet) {
+  std::erase_if(sheets, [](const QPointer<SheetDialog> &one) { return one.isNull(); });
+  sheets.emplace_back(sheet);
+  QObject::connect(sheet, &QDialog::finished, sheet, &QObject::deleteLater);
+}
+
+int DesktopView::runAlert(const Alert &alert) {
+  QPointer<SheetDialog> sheet = makeSheet(alert);
+  int answer = alert.buttons.size() > 1 ? 1 : 0;
+  QEventLoop loop;
+  sheet->onChosen = [&answer](int index) { answer = index; };
+  QObject::connect(sheet, &QDialog::finished, &loop, &QEventLoop::quit);
+  sheet->begin();
+  loop.exec();
+  if (sheet && sheet->isVisible()) sheet->dismiss();
+  return answer;
+}
+
+void DesktopView::beginSheet(const Alert &alert, std::function<void(int)> done) {
+  SheetDialog *sheet = makeSheet(alert);
+  sheet->onChosen = std::move(done);
+  sheet->begin();
+}
+
+void DesktopView::beginExplainDuplicatesSheet() {
+  auto *sheet = new ExplainSheet(hostOfSheet(false), [this] { revealPreferences(QStringLiteral("dupe")); });
+  keep(sheet);
+  sheet->begin();
+}
+
+bool DesktopView::hasSheet() const {
+  if (progress->isVisible()) return true;
+  return std::any_of(sheets.begin(), sheets.end(), [this](const QPointer<SheetDialog> &sheet) {
+    return sheet && sheet->isVisible() && sheet->parentWidget() != preferences.get();
+  });
+}
+
+void DesktopView::endAllSheets() {
+  const std::vector<QPointer<SheetDialog>> open = sheets;
+  for (auto sheet = open.rbegin(); sheet != open.rend(); ++sheet) {
+    if (*sheet && (*sheet)->isVisible()) (*sheet)->dismiss();
+  }
+  if (progress) progress->hide();
+}
+
+void DesktopView::beep() {
+  QApplication::beep();
+}
+
+void DesktopView::beginProgressSheet() {
+  progress->begin();
+}
+void DesktopView::endProgressSheet() {
+  progress->hide();
+}
+void DesktopView::setProgressText(const QString &text) {
+  progress->setTitle(text);
+}
+void DesktopView::setProgressQuote(const QString &text) {
+  progress->setQuote(text);
+}
+void DesktopView::setProgressSubText(const QString &text) {
+  progress->setSubText(text);
+}
+void DesktopView::setProgressIndeterminate(bool indeterminate) {
+  progress->setIndeterminate(indeterminate);
+}
+void DesktopView::setProgressMaximum(double maximum) {
+  progress->setMaximum(maximum);
+}
+void DesktopView::setProgressValue(double value) {
+  progress->setValue(value);
+}
+void DesktopView::setCancelEnabled(bool enabled) {
+  progress->setCancelEnabled(enabled);
+}
+
+void DesktopView::reloadTable(ProblemTab tab) {
+  window->reloadTable(tab);
+}
+void DesktopView::rememberSelection() {
+  window->rememberSelection();
+}
+void DesktopView::restoreSelection() {
+  window->restoreSelection();
+}
+ProblemTab DesktopView::currentTab() const {
+  return window->currentTab();
+}
+void DesktopView::selectTab(ProblemTab tab) {
+  window->selectTab(tab);
+}
+void DesktopView::setTabLabel(ProblemTab tab, const QString &label) {
+  window->setTabLabel(tab, label);
+}
+void DesktopView::validateProblemUI() {
+  window->validate();
+}
+
+void DesktopView::showProblemWindow() {
+  window->show();
+  window->raise();
+  window->activateWindow();
+}
+
+void DesktopView::setPhoneticWarningVisible(bool visible) {
+  window->setPhoneticWarningVisible(visible);
+}
+
+void DesktopView::revealPreferences(const QString &tabIdentifier) {
+  preferences->reveal(tabIdentifier, window.get());
+}
+
+void DesktopView::setLibraryPaths(const QString &libraryFolder, const QString &mediaFolder) {
+  preferences->library().setPaths(libraryFolder, mediaFolder);
+}
+
+void DesktopView::setLibrarySongCount(const QString &text) {
+  preferences->library().setSongCount(text);
+}
+
+void DesktopView::setSettingsNoteVisible(int group, bool visible) {
+  preferences->setSettingsNoteVisible(group, visible);
+}
+
+QString DesktopView::chooseFolder(const QString &message, const QString &startPath) {
+  QWidget *host = preferences->isActiveWindow() ? static_cast<QWidget *>(preferences.get()) : window.get();
+  return QFileDialog::getExistingDirectory(host, message, startPath);
+}
+
+void DesktopView::scanDidEnd() {
+  window->validate();
+}

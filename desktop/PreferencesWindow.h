@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QDialog>
+
+#include "desktop/WindowActions.h"
+
+class DuplicatePreferences;
+class LibraryPreferences;
+class NamePreferences;
+class PreferencesPage;
+class QTabWidget;
+
+/// The preferences window with its tabs "library", "dupe" and "names". Each change is stored at once.
+class PreferencesWindow : public QDialog {
+ public:
+  explicit PreferencesWindow(WindowActions windowActions);
+
+  /// Shows the window at a tab; an unknown identifier leaves the tab as it is. The first time it appears
+  /// where it was last, else over `near`.
+  void reveal(const QString &tabIdentifier, const QWidget *near);
+  /// Shows the settings as they are stored.
+  void refresh();
+  LibraryPreferences &library() { return *libraryPage; }
+  /// Group 0 is duplicates, 2 is names; others have no controls here.
+  void setSettingsNoteVisible(int group, bool visible);
+  /// The window's top-left point as the preferences keep it; empty if it has not been shown.
+  QString originText() const;
+
+ protected:
+  void changeEvent(QEvent *event) override;
+
+ private:
+  void restorePlace(const QWidget *near);
+
+  const WindowActions actions;
+  QTabWidget *tabs;
+  LibraryPreferences *libraryPage;
+  DuplicatePreferences *duplicatePage;
+  NamePreferences *namePage;
+  bool wasShown = false;
+};

@@ -1,0 +1,200 @@
+#include "desktop/ProblemWindow.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QVBoxLayout>
+
+#include "bridge/LocalizedMessage.h"
+#include "desktop/FrameText.h"
+#include "desktop/NoteStrip.h"
+#include "desktop/ProblemToolbar.h"
+#include "support/Preferences.h"
+
+namespace {
+
+constexpr QSize kFirstSize(1100, 680);
+constexpr QSize kLeastSize(720, 440);
+
+QString menuText(const QString &key) {
+  return tableText(key, QStringLiteral("MainMenu"));
+}
+
+}  // namespace
+
+ProblemWindow::ProblemWindow(AppState &appState, WindowActions windowActions)
+    : state(appState),
+      actions(std::move(windowActions)),
+      toolbar(new ProblemToolbar(actions)),
+      phoneticWarning(new NoteStrip(localizedMessage(QStringLiteral("PhoneticWarning")))),
+      stack(new QStackedWidget),
+      status(new QLabel) {
+  setWindowTitle(QStringLiteral("Tallyfen"));
+  setMinimumSize(kLeastSize);
+  auto *central = new QWidget;
+  auto *column = new QVBoxLayout(central);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(toolbar);
+  column->addWidget(phoneticWarning);
+  column->addWidget(stack, 1);
+  column->addWidget(status);
+  status->setContentsMargins(12, 5, 12, 5);
+  phoneticWarning->hide();
+  for (const ProblemTab tab : kProblemTabs) {
+    ProblemPage *page = pages[int(tab)] = new ProblemPage(state, actions, tab);
+    stack->addWidget(page);
+    page->table().onSelectionChanged = [this] { validate(); };
+  }
+  setCentralWidget(central);
+  toolbar->onTabClicked = [this](ProblemTab tab) { selectTab(tab); };
+  setUpMenus();
+  restorePlace();
+  validate();
+}
+
+void ProblemWindow::setUpMenus() {
+  setUpFileMenu();
+  setUpEditMenu();
+  setUpViewMenu();
+  QMenu *help = menuBar()->addMenu(menuText(QStringLiteral("&Help")));
+  addAction(help, menuText(QStringLiteral("Show Log")), {}, actions.showLog);
+  addAction(help, menuText(QStringLiteral("About Tallyfen")), {}, actions.showAbout);
+}
+
+void ProblemWindow::setUpFileMenu() {
+  QMenu *file = menuBar()->addMenu(menuText(QStringLiteral("&File")));
+  rescanAction = addAction(file, {}, QKeySequence(Qt::CTRL | Qt::Key_R), actions.rescan);
+  addAction(file, menuText(QStringLiteral("Choose Media Folder…")), {}, actions.chooseMediaFolder);
+  file->addSeparator();
+  addAction(file, menuText(QStringLiteral("Preferences…")), QKeySequence(Qt::CTRL | Qt::Key_Comma),
+            actions.revealPreferences);
+  file->addSeparator();
+  addAction(file, menuText(QStringLiteral("Quit Tallyfen")), QKeySequence(Qt::CTRL | Qt::Key_Q),
+            actions.quit);
+}
+
+void ProblemWindow::setUpEditMenu() {
+  QMenu *edit = menuBar()->addMenu(menuText(QStringLiteral("&Edit")));
+  copyAction = addAction(edit, menuText(QStringLiteral("Copy Rows")), QKeySequence::Copy, [this] {
+    QApplication::clipboard()->setText(page(currentTab()).table().selectedText());
+  });
+  selectAllAction = addAction(edit, menuText(QStringLiteral("Select All")), QKeySequence::SelectAll,
+                              [this] { page(currentTab()).table().selectAll(); });
+}
+
+void ProblemWindow::setUpViewMenu() {
+  QMenu *view = menuBar()->addMenu(menuText(QStringLiteral("&View")));
+  for (const ProblemTab tab : kProblemTabs) {
+    const QString title = localizedMessage(QStringLiteral("TabTitle-") + identifierOfTab(tab));
+    QAction *action =
+        addAction(view, title, QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + int(tab))), [this, tab] {
+          selectTab(tab);
+          raise();
+        });
+    action->setCheckable(true);
+    tabActions[int(tab)] = action;
+  }
+}
+
+QAction *ProblemWindow::addAction(QMenu *menu, const QString &text, const QKeySequence &shortcut,
+                                  std::function<void()> run) {
+  QAction *action = menu->addAction(text);
+  action->setShortcut(shortcut);
+  connect(action, &QAction::triggered, this, std::move(run));
+  return action;
+}
+
+ProblemTab ProblemWindow::currentTab() const {
+  return ProblemTab(stack->currentIndex());
+}
+
+void ProblemWindow::selectTab(ProblemTab tab) {
+  stack->setCurrentIndex(int(tab));
+  toolbar->setCurrentTab(tab);
+  page(tab).table().setFocus();
+  validate();
+}
+
+void ProblemWindow::setTabLabel(ProblemTab tab, const QString &label) {
+  toolbar->setTabLabel(tab, label);
+}
+
+void ProblemWindow::reloadTable(ProblemTab tab) {
+  page(tab).reload();
+  if (tab == currentTab()) updateStatus();
+}
+
+void ProblemWindow::rememberSelection() {
+  mRememberedSelectedItems = page(currentTab()).table().selection();
+}
+
+void ProblemWindow::restoreSelection() {
+  page(currentTab()).table().select(mRememberedSelectedItems);
+  validate();
+}
+
+void ProblemWindow::validate() {
+  const QString which =
+      state.mHaveScannedLibraryForProblems ? QStringLiteral("rescanLibrary") : QStringLiteral("scanLibrary");
+  const QString key = QStringLiteral("ToolbarLabel-") + which;
+  const QString label = localizedMessage(key);
+  if (label != key) {
+    toolbar->setRescanLabel(label, localizedMessage(QStringLiteral("ToolbarToolTip-") + which));
+    rescanAction->setText(label);
+  }
+  const bool viewMenuIsValid = state.mHaveScannedLibraryForProblems && !state.mMusicLibraryBusy;
+  for (const ProblemTab tab : kProblemTabs) {
+    tabActions[int(tab)]->setEnabled(viewMenuIsValid);
+    tabActions[int(tab)]->setChecked(tab == currentTab());
+    page(tab).updateEmptyPage();
+  }
+  ProblemTable &table = page(currentTab()).table();
+  copyAction->setEnabled(!table.selection().empty());
+  selectAllAction->setEnabled(table.rows().rowCount() > 0);
+  phoneticWarning->setVisible(phoneticWarningWanted && currentTab() == ProblemTab::Names);
+  updateStatus();
+}
+
+void ProblemWindow::setPhoneticWarningVisible(bool visible) {
+  phoneticWarningWanted = visible;
+  validate();
+}
+
+void ProblemWindow::updateStatus() {
+  const QString text = page(currentTab()).summary();
+  status->setText(text);
+  status->setVisible(!text.isEmpty());
+}
+
+QString ProblemWindow::placeText() const {
+  return frameText::fromRectangle(isMaximized() || isFullScreen() ? normalGeometry() : geometry());
+}
+
+void ProblemWindow::restorePlace() {
+  const std::optional<QRect> saved = frameText::toRectangle(prefs::text(prefs::problemWinFrame));
+  QRect frame(QPoint(), kFirstSize);
+  if (saved) {
+    frame = *saved;
+  } else {
+    frame.moveCenter(frameText::screenFor({}).center());
+  }
+  setGeometry(frameText::broughtBack(frame, frameText::screenFor(frame)));
+}
+
+int ProblemWindow::sheetTop() const {
+  return toolbar->mapTo(this, QPoint(0, toolbar->height())).y();
+}
+
+void ProblemWindow::closeEvent(QCloseEvent *event) {
+  event->accept();
+  actions.quit();
+}
+
+void ProblemWindow::changeEvent(QEvent *event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && actions.focusChanged && isVisible())
+    actions.focusChanged();
+}

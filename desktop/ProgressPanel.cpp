@@ -1,0 +1,76 @@
+#include "desktop/ProgressPanel.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "bridge/LocalizedMessage.h"
+#include "desktop/Colours.h"
+#include "desktop/Icons.h"
+
+namespace {
+constexpr int kSteps = 10'000;
+}
+
+ProgressPanel::ProgressPanel(QWidget *attachedTo, std::function<void()> cancelPressed)
+    : SheetDialog(attachedTo), quoteLabel(new QLabel), subLabel(new QLabel), bar(new QProgressBar) {
+  setObjectName(QStringLiteral("progressSheet"));
+  setPicture(icons::application());
+  QFont italic = quoteLabel->font();
+  italic.setItalic(true);
+  quoteLabel->setFont(italic);
+  quoteLabel->setWordWrap(true);
+  quoteLabel->setPalette(colours::withSecondaryText(palette()));
+  subLabel->setObjectName(QStringLiteral("progressSubText"));
+  subLabel->setTextFormat(Qt::PlainText);
+  subLabel->setMinimumHeight(subLabel->fontMetrics().height());
+  bar->setTextVisible(false);
+  bar->setObjectName(QStringLiteral("progressBar"));
+  contents()->addWidget(quoteLabel);
+  contents()->addWidget(bar);
+  contents()->addWidget(subLabel);
+  cancel = addButton(localizedMessage(QStringLiteral("Progress-Cancel")), 1);
+  cancel->setObjectName(QStringLiteral("progressCancel"));
+  cancel->disconnect();
+  connect(cancel, &QPushButton::clicked, this, std::move(cancelPressed));
+  updateBar();
+}
+
+void ProgressPanel::setQuote(const QString &quote) {
+  quoteLabel->setText(quote);
+}
+
+void ProgressPanel::setSubText(const QString &found) {
+  subLabel->setText(subLabel->fontMetrics().elidedText(found, Qt::ElideMiddle, kTextWidth));
+  subLabel->setToolTip(found);
+}
+
+void ProgressPanel::setIndeterminate(bool indeterminate) {
+  isIndeterminate = indeterminate;
+  updateBar();
+}
+
+void ProgressPanel::setMaximum(double newMaximum) {
+  maximum = newMaximum;
+  updateBar();
+}
+
+void ProgressPanel::setValue(double newValue) {
+  value = newValue;
+  updateBar();
+}
+
+void ProgressPanel::updateBar() {
+  bar->setRange(0, isIndeterminate ? 0 : kSteps);
+  const double share = maximum > 0 ? value / maximum : 0.0;
+  if (!isIndeterminate) bar->setValue(int(qBound(0.0, share, 1.0) * kSteps));
+}
+
+void ProgressPanel::setCancelEnabled(bool enabled) {
+  cancel->setEnabled(enabled);
+}
+
+void ProgressPanel::reject() {
+  if (cancel->isEnabled()) cancel->click();
+}

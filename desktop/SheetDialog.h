@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QDialog>
+
+class QHBoxLayout;
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
+/// A sheet: modal to its window and hanging from its upper edge. A picture, a bold title, a text, whatever
+/// else a kind of sheet adds, and the buttons at the right with the default one last. Main thread.
+class SheetDialog : public QDialog {
+ public:
+  static constexpr int kTextWidth = 440;
+
+  explicit SheetDialog(QWidget *attachedTo);
+
+  void setPicture(const QIcon &icon);
+  void setTitle(const QString &text);
+  void setText(const QString &text);
+  /// Where a kind of sheet puts its own, below the text.
+  QVBoxLayout *contents() { return column; }
+  /// Adds a button left of those that stand. `index` is what it answers; 0 is the default button.
+  QPushButton *addButton(const QString &label, int index);
+  /// What the escape key answers.
+  void setEscapeIndex(int index) { escapeIndex = index; }
+
+  /// Shows the sheet.
+  void begin();
+  /// Ends the sheet as if the button had been pressed.
+  void choose(int index);
+  /// Ends the sheet without an answer.
+  void dismiss();
+
+  /// Told the answer after the sheet is gone from the screen.
+  std::function<void(int)> onChosen;
+
+ protected:
+  void reject() override;
+  void paintEvent(QPaintEvent *event) override;
+  bool eventFilter(QObject *watched, QEvent *event) override;
+
+ private:
+  void place();
+
+  QLabel *picture;
+  QLabel *title;
+  QLabel *text;
+  QVBoxLayout *column;
+  QHBoxLayout *buttonRow;
+  int escapeIndex = 0;
+};
