@@ -3,6 +3,7 @@
 #include "app/MainController.h"
 #include "app/library/LibraryFile.h"
 #include "app/library/LibraryLocation.h"
+#include "support/BMLog.h"
 #include "support/Preferences.h"
 #include "tests/fixtures/ScriptedView.h"
 #include "tests/fixtures/TestPlatform.h"

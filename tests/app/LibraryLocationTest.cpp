@@ -3,6 +3,7 @@
 #include <QDir>
 #include <filesystem>
 
+#include "app/library/FileAddress.h"
 #include "app/library/LibraryFile.h"
 #include "tests/fixtures/TestPlatform.h"
 #include "values/Keys.h"
@@ -74,7 +75,7 @@ TEST_F(LibraryLocation, AFileIsALibraryByItsContentOrItsName) {
 TEST_F(LibraryLocation, TheSettingsOfTheMusicApplicationNameFurtherFolders) {
   const QString path = put(QStringLiteral("Elsewhere/My Library.xml"), kMark, 1);
   const Array recent = Array::make();
-  recent.append(QStringLiteral("file://localhost") + path.toUtf8().toPercentEncoding("/"));
+  recent.append(fileAddressOfPath(path));
   preferences.setValue(QStringLiteral("com.apple.iApps"), QStringLiteral("iTunesRecentDatabases"), recent);
   EXPECT_EQ(iTunesInterface::currentMusicLibraryPathFromPrefs(), folder(QStringLiteral("home/Elsewhere")));
   EXPECT_EQ(iTunesInterface::currentMusicLibraryXMLPath(), path);
