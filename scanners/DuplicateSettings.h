@@ -28,8 +28,9 @@ struct DuplicateSettings {
   /// The ends of the window of durations around a seed's, both inside. In 32-bit floats, as durations are.
   float windowBegin(float seed) const { return seed - float(durationVariation); }
   float windowEnd(float seed) const { return seed + float(durationVariation); }
+  /// True for every duration where durations are not compared.
   bool inWindow(float seed, float candidate) const {
-    return windowBegin(seed) <= candidate && candidate <= windowEnd(seed);
+    return !matchDuration || (windowBegin(seed) <= candidate && candidate <= windowEnd(seed));
   }
 };
 
