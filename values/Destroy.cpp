@@ -8,10 +8,8 @@ namespace {
 struct Doomed {
   std::vector<ArrayBody *> arrays;
   std::vector<DictionaryBody *> dictionaries;
-  bool draining = false;
 
   void drain() {
-    draining = true;
     while (!arrays.empty() || !dictionaries.empty()) {
       if (!arrays.empty()) {
         ArrayBody *next = arrays.back();
@@ -23,25 +21,33 @@ struct Doomed {
         delete next;
       }
     }
-    draining = false;
   }
 };
 
-/// Bodies without containers need no turn: nothing below them can be deep.
-Doomed &doomed() {
-  static thread_local Doomed list;
-  return list;
+/// The list of the destruction that goes on in this thread. A plain pointer: containers in static objects go
+/// after everything of the thread that needs a destructor.
+thread_local Doomed *ongoing = nullptr;
+
+/// Puts a body on the list, and takes all apart unless that goes on already.
+template <class Body>
+void doom(Body *body, std::vector<Body *> Doomed::*bodies) {
+  if (ongoing) return (ongoing->*bodies).push_back(body);
+  Doomed list;
+  ongoing = &list;
+  (list.*bodies).push_back(body);
+  list.drain();
+  ongoing = nullptr;
 }
 
 }  // namespace
 
+// Bodies without containers need no turn: nothing below them can be deep.
 void destroyBody(ArrayBody *body) {
   if (!body->storage || body->storage->unplain == 0) {
     delete body;
     return;
   }
-  doomed().arrays.push_back(body);
-  if (!doomed().draining) doomed().drain();
+  doom(body, &Doomed::arrays);
 }
 
 void destroyBody(DictionaryBody *body) {
@@ -49,6 +55,5 @@ void destroyBody(DictionaryBody *body) {
     delete body;
     return;
   }
-  doomed().dictionaries.push_back(body);
-  if (!doomed().draining) doomed().drain();
+  doom(body, &Doomed::dictionaries);
 }
