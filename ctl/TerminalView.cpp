@@ -4,21 +4,23 @@
 
 namespace {
 
-/// The button that changes nothing: the last one, but for the alerts whose other buttons lead elsewhere.
-int safeButton(const Alert &alert) {
-  return alert.key == QStringLiteral("NoProblemsTitle") ? 0 : int(alert.buttons.size()) - 1;
+/// The report says it, and the alert's advice is about windows.
+bool isToldByReport(const Alert &alert) {
+  return alert.key == QStringLiteral("NoProblemsTitle");
 }
 
 }  // namespace
 
 int TerminalView::runAlert(const Alert &alert) {
   bar.clear();
+  if (isToldByReport(alert)) return 0;
   failed = failed || alert.critical;
   lines.say(printable(alert.title));
   for (const QString &line : alert.message.split(u'\n', Qt::SkipEmptyParts))
     lines.err << "  " << printable(line).toStdString() << '\n';
   lines.err.flush();
-  return safeButton(alert);
+  // The last button is the one that changes nothing.
+  return int(alert.buttons.size()) - 1;
 }
 
 void TerminalView::beginSheet(const Alert &alert, std::function<void(int)> done) {

@@ -1,5 +1,6 @@
 #include <QDir>
 
+#include "app/library/LibraryFile.h"
 #include "tests/ctl/CommandFixture.h"
 
 namespace {
@@ -27,6 +28,7 @@ TEST_F(BadInputTest, AFileThatIsNoLibraryGivesOneMessageAndNoReport) {
     const QString path = writeFile(QStringLiteral("bad %1.xml").arg(QString::fromUtf8(bad.what)), bad.bytes);
     for (const QString &command : {QStringLiteral("info"), QStringLiteral("tracks"), QString()}) {
       const QStringList arguments{QStringLiteral("--library"), path, QStringLiteral("--json")};
+      iTunesInterface::resetLibraryCache();
       std::istringstream in;
       std::ostringstream output, errors;
       Terminal terminal{in, output, errors};

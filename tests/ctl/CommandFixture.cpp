@@ -6,6 +6,7 @@
 CommandFixture::CommandFixture() {
   iTunesInterface::resetLibraryCache();
   setPreference(QStringLiteral("preferAudioFileBitRate"), 160);
+  setPreference(QStringLiteral("allowedDurationVariation"), 10);
 }
 
 CommandFixture::~CommandFixture() {
@@ -47,10 +48,11 @@ QString CommandFixture::writeLibrary(const QStringList &tracks, const QString &p
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
       "<key>Music Folder</key><string>file:///music/</string>\n<key>Tracks</key>\n<dict>\n");
   for (qsizetype i = 0; i < tracks.size(); ++i) {
+    const QString file = writeFile(QStringLiteral("music/%1.mp3").arg(i + 1), "audio");
     xml += QStringLiteral("<key>%1</key><dict><key>Persistent ID</key><string>%2</string>%3</dict>\n")
                .arg(i + 1)
                .arg(i + 1, 16, 10, QLatin1Char('0'))
-               .arg(tracks[i]);
+               .arg(QString(tracks[i]).replace(QStringLiteral("FILE"), file));
   }
   xml += QStringLiteral(
       "</dict>\n<key>Playlists</key><array><dict><key>Name</key><string>P</string></dict></array>\n"
@@ -63,7 +65,7 @@ QString CommandFixture::track(const QString &artist, const QString &name, int se
              "<key>Artist</key><string>%1</string><key>Name</key><string>%2</string>"
              "<key>Kind</key><string>MPEG audio file</string><key>Total Time</key><integer>%3</integer>"
              "<key>Size</key><integer>5000000000</integer><key>Bit Rate</key><integer>192</integer>"
-             "<key>Location</key><string>file:///music/%2.mp3</string>%4")
+             "<key>Location</key><string>file://FILE</string>%4")
       .arg(artist, name)
       .arg(seconds * 1000)
       .arg(more);

@@ -17,8 +17,8 @@ class CommandFixture : public TestPlatform {
   /// Runs the scan with arguments, interrupting it when `interruptWhen` first holds.
   int scan(const QStringList &arguments, std::function<bool()> interruptWhen = {});
 
-  /// Writes a library of tracks, each given as XML behind a "Persistent ID" made of its place from 1 on, and
-  /// answers its path.
+  /// Writes a library of tracks, each given as XML behind a "Persistent ID" made of its place from 1 on and
+  /// with a file music/<place>.mp3 for "FILE". Answers its path.
   QString writeLibrary(const QStringList &tracks, const QString &path = QStringLiteral("library.xml"));
   /// A track's XML as `writeLibrary` takes it.
   static QString track(const QString &artist, const QString &name, int seconds = 200,

@@ -68,12 +68,12 @@ TEST_F(InspectTextTest, ABadRequestGetsAnErrorAndTheNextAnAnswer) {
                             R"("op": "simplified", "args": ["a", "b"])",
                             R"("op": "stringWithoutWords", "args": ["a", "b"])",
                             R"("op": "stringWithoutWords", "args": ["a", [1]])",
-                            R"("op": "stringWithStrippedEnclosedByChar", "args": ["a", "((", ")"])",
+                            R"("op": "stringWithStrippedEnclosedByChar", "args": ["a", "<<", ">"])",
                             R"("op": "CRC", "args": ["0"])",
                             R"("op": "CRC", "args": ["0g"])",
                             R"("op": "formatCount", "args": [true])",
                             R"("op": "simplified", "args": ["a"], "simplifiers": {"a": 1})",
-                            R"("op": "simplified", "args": ["a"], "simplifiers": []))",
+                            R"("op": "simplified", "args": ["a"], "simplifiers": [])",
                             R"("op": "simplified", "args": ["a"], "ignorePlurals": 1)"};
   for (const char *request : requests) EXPECT_EQ(ask(request).substr(0, 9), "\"error\": ") << request;
   const std::string lines =

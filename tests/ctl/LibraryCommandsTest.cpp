@@ -33,7 +33,8 @@ TEST_F(LibraryCommandsTest, TracksComeSortedWithTheirKeysAndNullForWhatIsAbsent)
             "{\"Persistent ID\": \"0000000000000002\", \"simplifiedArtist\": null, \"simplifiedAlbum\": "
             "null, \"Path\": null}\n"
             "{\"Persistent ID\": \"0000000000000001\", \"simplifiedArtist\": \"b\", \"simplifiedAlbum\": "
-            "\"album\", \"Path\": \"/music/One.mp3\"}\n");
+            "\"album\", \"Path\": \"" +
+                folder(QStringLiteral("music/1.mp3")).toStdString() + "\"}\n");
 }
 
 TEST_F(LibraryCommandsTest, PlistShowsTheTreeAndWhatWasWrongWithIt) {

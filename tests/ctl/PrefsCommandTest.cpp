@@ -32,7 +32,7 @@ TEST_F(PrefsCommandTest, WrongUseChangesNothingAndShowsTheUsage) {
     EXPECT_NE(err.find("usage: tallyfenctl prefs "), std::string::npos) << line;
     EXPECT_EQ(out, "") << line;
   }
-  EXPECT_EQ(preferences.keys(services.bundle.identifier).size(), 1);
+  EXPECT_EQ(preferences.keys(services.bundle.identifier).size(), 2);
 }
 
 TEST_F(PrefsCommandTest, GetTellsAnAbsentKeyFromAStoredOne) {
@@ -48,12 +48,13 @@ TEST_F(PrefsCommandTest, GetTellsAnAbsentKeyFromAStoredOne) {
 TEST_F(PrefsCommandTest, ListTellsOfAValueOfTheWrongType) {
   setPreference(QStringLiteral("matchAlbum"), QStringLiteral("no"));
   EXPECT_EQ(run(QStringLiteral("prefs list")), 0);
-  EXPECT_EQ(out, "preferAudioFileBitRate = 160\nmatchAlbum = no\n");
+  EXPECT_EQ(out, "preferAudioFileBitRate = 160\nallowedDurationVariation = 10\nmatchAlbum = no\n");
   EXPECT_EQ(err,
             "tallyfenctl: the setting matchAlbum should be true or false and holds something else; read as "
             "false\n");
   EXPECT_EQ(run(QStringLiteral("prefs list --json")), 0);
-  EXPECT_EQ(out, "{\"preferAudioFileBitRate\": 160, \"matchAlbum\": \"no\"}\n");
+  EXPECT_EQ(out,
+            "{\"preferAudioFileBitRate\": 160, \"allowedDurationVariation\": 10, \"matchAlbum\": \"no\"}\n");
 }
 
 TEST_F(PrefsCommandTest, ResetKeepsWhatIsNotTheProgramsOwn) {

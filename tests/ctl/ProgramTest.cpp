@@ -33,8 +33,8 @@ TEST_F(ProgramTest, ALibraryInTheUsualPlaceIsFoundAndScanned) {
   EXPECT_EQ(execute(words("scan --json")), 1);
   EXPECT_EQ(out, "");
   EXPECT_EQ(err, "tallyfenctl: no music library found; name its file with --library FILE\n");
-  writeLibrary({track(QStringLiteral("A"), QStringLiteral("One")),
-                track(QStringLiteral("The A"), QStringLiteral("One")),
+  writeLibrary({track(QStringLiteral("Abc"), QStringLiteral("One")),
+                track(QStringLiteral("The Abc"), QStringLiteral("One")),
                 track(QStringLiteral("B"), QStringLiteral("One"))},
                QStringLiteral("home/Music/iTunes/iTunes Music Library.xml"));
   EXPECT_EQ(execute(words("scan --json")), 1);
@@ -85,8 +85,8 @@ TEST_F(ProgramTest, EachRequestIsAnsweredBeforeTheNextIsGiven) {
 }
 
 TEST_F(ProgramTest, AnInterruptedScanEndsOrderly) {
-  const QString library = writeLibrary(
-      {track(QStringLiteral("A"), QStringLiteral("One")), track(QStringLiteral("A"), QStringLiteral("One"))});
+  const QString library = writeLibrary({track(QStringLiteral("Abc"), QStringLiteral("One")),
+                                        track(QStringLiteral("Abc"), QStringLiteral("One"))});
   QProcess process;
   start(&process, {QStringLiteral("scan"), QStringLiteral("--json"), QStringLiteral("--library"), library});
   ASSERT_TRUE(process.waitForStarted());
