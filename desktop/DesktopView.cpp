@@ -215,3 +215,7 @@ QString DesktopView::chooseFolder(const QString &message, const QString &startPa
 void DesktopView::scanDidEnd() {
   window->validate();
 }
+
+void DesktopView::libraryDidLoad(qsizetype) {
+  window->validate();
+}

@@ -58,6 +58,7 @@ class DesktopView : public ProblemView {
   void setLibrarySongCount(const QString &text) override;
   void setSettingsNoteVisible(int group, bool visible) override;
   QString chooseFolder(const QString &message, const QString &startPath) override;
+  void libraryDidLoad(qsizetype tracks) override;
   void scanDidEnd() override;
 
  private:

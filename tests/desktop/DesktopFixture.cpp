@@ -1,0 +1,187 @@
+#include "tests/desktop/DesktopFixture.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPushButton>
+#include <QTimer>
+
+#include "app/library/LibraryFile.h"
+#include "app/library/LibraryLocation.h"
+#include "values/Keys.h"
+
+namespace {
+
+/// The toolkit's application object, on a platform that needs no display.
+class OffscreenApplication : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int count = 1;
+    static char name[] = "desktop_tests";
+    static char *arguments[] = {name, nullptr};
+    application = std::make_unique<QApplication>(count, arguments);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+  }
+  void TearDown() override { application.reset(); }
+
+ private:
+  std::unique_ptr<QApplication> application;
+};
+
+const auto *const environment = ::testing::AddGlobalTestEnvironment(new OffscreenApplication);
+
+QString trackXml(int id, const QString &name, const QString &file, int bitRate) {
+  return QStringLiteral(
+             "<key>%1</key><dict><key>Persistent "
+             "ID</key><string>%2</string><key>Name</key><string>%3</string>"
+             "<key>Artist</key><string>The Artist</string><key>Album</key><string>Album %4</string>"
+             "<key>Kind</key><string>MPEG audio file</string><key>Total Time</key><integer>%5</integer>"
+             "<key>Size</key><integer>4821000</integer><key>Bit Rate</key><integer>%6</integer>"
+             "<key>Year</key><integer>1987</integer><key>Location</key><string>file://%7</string></dict>\n")
+      .arg(id)
+      .arg(id, 16, 16, QChar(u'0'))
+      .arg(name)
+      .arg(id % 3)
+      .arg(180000 + id / 2 * 1000)
+      .arg(bitRate)
+      .arg(file);
+}
+
+}  // namespace
+
+Dictionary makeRow(int number, int group) {
+  const Dictionary row = Dictionary::make();
+  row.set(keys::Name, QStringLiteral("Song number %1").arg(group));
+  row.set(keys::Artist, QStringLiteral("An Artist"));
+  row.set(keys::Album, QStringLiteral("An Album of a Longer Name"));
+  row.set(keys::TotalTime, 61000 + number * 977);
+  row.set(keys::Kind, number % 2 == 0 ? QStringLiteral("MPEG audio file") : QStringLiteral("AAC audio file"));
+  row.set(keys::BitRate, number % 2 == 0 ? 192 : 256);
+  row.set(keys::Size, qint64(3'200'000) + number * 1777);
+  row.set(keys::Year, 1970 + number % 50);
+  row.set(
+      keys::Path,
+      QStringLiteral("/home/someone/Music/iTunes/iTunes Media/Music/An Artist/An Album/%1.mp3").arg(number));
+  row.set(keys::DupeGroup, group);
+  row.set(keys::UIStripe, group % 2 == 0);
+  return row;
+}
+
+DesktopFixture::DesktopFixture() {
+  iTunesInterface::resetLibraryCache();
+  view.attach(application);
+}
+
+DesktopFixture::~DesktopFixture() {
+  application.controller().onTerminate = {};
+  QApplication::setPalette(lightPalette());
+}
+
+void DesktopFixture::writeLibrary(int songs) {
+  QString tracks;
+  for (int i = 0; i < songs * 2 + 1; ++i) {
+    const QString file =
+        writeFile(QStringLiteral("home/Music/iTunes/iTunes Media/Music/%1.mp3").arg(i), "audio");
+    tracks += trackXml(i, QStringLiteral("Song %1").arg(i / 2), file, i % 2 == 0 ? 192 : 256);
+  }
+  const QString xml =
+      QStringLiteral(
+          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
+          "<key>Music Folder</key><string>file://%1/</string><key>Tracks</key><dict>\n%2</dict>\n"
+          "<key>Playlists</key><array></array></dict>\n</plist>\n")
+          .arg(folder(QStringLiteral("home/Music/iTunes/iTunes Media")), tracks);
+  writeFile(QStringLiteral("home/Music/iTunes/iTunes Music Library.xml"), xml.toUtf8());
+}
+
+void DesktopFixture::launch() {
+  application.controller().awakeFromNib();
+  EXPECT_TRUE(runUntil([this] { return state().mHaveScannedLibraryForProblems; }));
+  settle();
+}
+
+bool DesktopFixture::runUntil(const std::function<bool()> &done) {
+  return time.runUntil([&] {
+    QApplication::processEvents();
+    return done();
+  });
+}
+
+void DesktopFixture::settle() {
+  QApplication::processEvents();
+  time.run(0.3);
+  QApplication::processEvents();
+}
+
+void DesktopFixture::useEndlessScan(int rows) {
+  ScanThreads threads;
+  threads.scanLibraryForDuplicatesThread = [this, rows] {
+    OperationState &operation = state().operation;
+    const Array list = state().lists.mDuplicateSongDicts;
+    for (int i = 0; i < rows; i += 2) {
+      std::lock_guard held(*state().threadLockForObject(list));
+      for (const int number : {i, i + 1}) list.append(makeRow(number, i / 2 + 1));
+    }
+    operation.mNumberOfComparisons = 0.0005;
+    while (!operation.mCancelOperation) platform().clock->sleep(0.1);
+    operation.mCompletedOperation = true;
+  };
+  threads.scanLibraryForInconsistentNamesThread = [this] {
+    state().operation.mCompletedFindInconsistentNames = true;
+  };
+  threads.scanLibraryForMissingAndOrphansThread = [this] {
+    state().operation.mCompletedFindMissingAndOrphans = true;
+  };
+  application.controller().scanDriver().setThreads(std::move(threads));
+}
+
+SheetDialog *DesktopFixture::sheet() {
+  SheetDialog *found = nullptr;
+  for (QWidget *widget : QApplication::topLevelWidgets()) {
+    auto *candidate = dynamic_cast<SheetDialog *>(widget);
+    if (candidate && candidate->isVisible() && !dynamic_cast<ProgressPanel *>(candidate)) found = candidate;
+  }
+  return found;
+}
+
+void DesktopFixture::answerNextAlert(int index) {
+  QTimer::singleShot(5, qApp, [this, index] {
+    SheetDialog *alert = sheet();
+    if (!alert) return answerNextAlert(index);
+    alertsAnswered.append(alert->objectName());
+    picture(alert, QStringLiteral("alert-") + alert->objectName());
+    alert->choose(index);
+  });
+}
+
+QDialog *DesktopFixture::progressSheet() {
+  for (QWidget *widget : QApplication::topLevelWidgets()) {
+    auto *panel = dynamic_cast<ProgressPanel *>(widget);
+    if (panel && panel->isVisible()) return panel;
+  }
+  return nullptr;
+}
+
+QImage DesktopFixture::picture(QWidget *widget, const QString &name) {
+  const QString pictureFolder = QStringLiteral(TALLYFEN_PICTURE_FOLDER);
+  QDir().mkpath(pictureFolder);
+  const QImage image = widget->grab().toImage();
+  EXPECT_TRUE(image.save(QStringLiteral("%1/%2.png").arg(pictureFolder, name)));
+  return image;
+}
+
+QPalette DesktopFixture::lightPalette() {
+  QPalette palette(QColor(0xef, 0xef, 0xef));
+  palette.setColor(QPalette::Highlight, QColor(0x30, 0x8c, 0xc6));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  return palette;
+}
+
+QPalette DesktopFixture::darkPalette() {
+  QPalette palette(QColor(0x32, 0x32, 0x34), QColor(0x32, 0x32, 0x34));
+  palette.setColor(QPalette::Base, QColor(0x22, 0x22, 0x24));
+  palette.setColor(QPalette::Highlight, QColor(0x2a, 0x82, 0xda));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  palette.setColor(QPalette::ToolTipBase, QColor(0x44, 0x44, 0x46));
+  palette.setColor(QPalette::ToolTipText, Qt::white);
+  return palette;
+}

@@ -1,0 +1,103 @@
+#include <QApplication>
+#include <QTabWidget>
+
+#include "desktop/Colours.h"
+#include "tests/desktop/DesktopFixture.h"
+
+namespace {
+
+/// How far apart two colours are to the eye, 1 to 21, by the formula of WCAG 2.1, "contrast ratio".
+double contrast(const QColor &a, const QColor &b) {
+  const auto luminance = [](const QColor &colour) {
+    const auto part = [](double c) { return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+    return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) + 0.0722 * part(colour.blueF());
+  };
+  const double first = luminance(a), second = luminance(b);
+  return (qMax(first, second) + 0.05) / (qMin(first, second) + 0.05);
+}
+
+class Pictures : public DesktopFixture, public ::testing::WithParamInterface<bool> {
+ protected:
+  void SetUp() override { QApplication::setPalette(GetParam() ? darkPalette() : lightPalette()); }
+  QString name(const char *what) const {
+    return QLatin1String(what) + (GetParam() ? u"-dark"_qs : u"-light"_qs);
+  }
+  void take(QWidget *widget, const char *what) {
+    QApplication::processEvents();
+    const QImage image = picture(widget, name(what));
+    EXPECT_EQ(image.pixelColor(3, image.height() - 3).lightness() < 128, GetParam()) << what;
+  }
+};
+
+}  // namespace
+
+TEST_P(Pictures, OfTheWindowInItsStatesAndSizes) {
+  ProblemWindow *window = view.problemWindow();
+  view.showProblemWindow();
+  window->resize(900, 560);
+  take(window, "window-no-library");
+  for (int i = 0; i < 61; ++i) state().lists.mDuplicateSongDicts.append(makeRow(i, i / 3 + 1));
+  state().mHaveScannedLibraryForProblems = true;
+  view.reloadTable(ProblemTab::Duplicates);
+  application.controller().scanDriver().updateProblemNumbers();
+  table().setCurrentIndex(table().rows().index(4, 0));
+  view.validateProblemUI();
+  take(window, "window-900");
+  window->resize(1600, 1000);
+  take(window, "window-1600");
+  window->resize(900, 560);
+  state().lists.mDuplicateSongDicts = Array::make();
+  const Array tracks = Array::make();
+  tracks.append(makeRow(1, 1));
+  state().library.mMusicLibrarySortedTracks = tracks;
+  view.reloadTable(ProblemTab::Duplicates);
+  take(window, "window-none-found");
+  view.selectTab(ProblemTab::Names);
+  view.setPhoneticWarningVisible(true);
+  take(window, "window-names");
+}
+
+TEST_P(Pictures, OfSheetsAndPreferences) {
+  view.showProblemWindow();
+  view.setProgressText(u"Looking for problems…"_qs);
+  view.setProgressQuote(u"Listen closely: two songs may be one, and one may be gone."_qs);
+  view.setProgressSubText(u"1,204 duplicates, 37 inconsistent names"_qs);
+  view.setProgressIndeterminate(false);
+  view.setProgressMaximum(2.0e9);
+  view.setProgressValue(0.9e9);
+  view.beginProgressSheet();
+  take(progressSheet(), "progress");
+  view.endProgressSheet();
+  view.beginExplainDuplicatesSheet();
+  take(sheet(), "explain");
+  view.endAllSheets();
+  view.beginSheet({u"K"_qs,
+                   u"Is this really your media folder?"_qs,
+                   u"A text of two sentences. It is long enough to be broken into several lines."_qs,
+                   {u"Choose Folder…"_qs, u"Ignore"_qs, u"Do Not Remind Me"_qs},
+                   true},
+                  {});
+  take(sheet(), "alert");
+  view.endAllSheets();
+  view.setLibraryPaths(
+      u"/home/someone/Music/iTunes"_qs,
+      u"/home/someone/Music/iTunes/iTunes Media/of/a/path/that/is/longer/than/the/window"_qs);
+  view.setLibrarySongCount(u"12,345 songs"_qs);
+  view.setSettingsNoteVisible(0, true);
+  for (const char *tab : {"library", "dupe", "names"}) {
+    view.revealPreferences(QLatin1String(tab));
+    take(view.preferencesWindow(), (std::string("preferences-") + tab).c_str());
+  }
+}
+
+TEST_P(Pictures, KeepTextReadableOnEveryGround) {
+  const QPalette palette = QApplication::palette();
+  const QColor text = palette.color(QPalette::Text);
+  EXPECT_GT(contrast(text, colours::stripe(palette)), 4.5);
+  EXPECT_GT(contrast(palette.color(QPalette::WindowText), colours::note(palette)), 4.5);
+  EXPECT_GT(contrast(colours::secondaryText(palette), palette.color(QPalette::Window)), 4.5);
+  EXPECT_GT(contrast(palette.color(QPalette::Base), colours::stripe(palette)), 1.08) << "stripes are seen";
+}
+
+INSTANTIATE_TEST_SUITE_P(LightAndDark, Pictures, ::testing::Bool(),
+                         [](const auto &one) { return one.param ? "Dark" : "Light"; });
