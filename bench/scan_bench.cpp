@@ -83,7 +83,9 @@ void duplicateScan(benchmark::State &bench) {
   scanner.setFileExists([](const QString &) { return true; });
   const qint64 before = peakKilobytes();
   for (auto round : bench) {
+    bench.PauseTiming();
     state.lists.mDuplicateSongDicts = Array::make();
+    bench.ResumeTiming();
     state.operation.mNumberOfScannedPaths = 0;
     scanner.scanLibraryForDuplicatesThread();
   }

@@ -5,8 +5,8 @@
 
 #include "scanners/Numbering.h"
 
-/// Small numbers for comparison keys: equal keys have equal numbers. Each distinct display text is simplified
-/// once. One thread.
+/// Small numbers for comparison keys: equal keys have equal numbers. Each distinct display text
+/// that is costly to simplify is simplified once. One thread.
 class SimplifiedIds {
  public:
   /// The number of the key that a display text has.
