@@ -76,13 +76,20 @@ const ByteReplacements &minorWordReplacements() {
   return made;
 }
 
+char16_t codeUnit(char byte) { return quint8(byte); }
+
+char16_t codeUnit(QChar character) { return character.unicode(); }
+
+char16_t codeOf(char unit) { return char16_t(static_cast<unsigned char>(unit)); }
+char16_t codeOf(QChar unit) { return unit.unicode(); }
+
 /// The letters and digits of a text, in lower case.
 template <class Text>
 QString lettersAndDigits(const Text &text) {
   QByteArray kept(qsizetype(text.size()), Qt::Uninitialized);
   char *out = kept.data();
   for (const auto unit : text) {
-    const auto code = QChar(unit).unicode();
+    const char16_t code = codeUnit(unit);
     const char letter = code < 0x80 ? lowered(char(code)) : ' ';
     *out = letter;
     out += (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9');
