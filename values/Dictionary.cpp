@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <bit>
 
 #include "values/ContainerStorage.h"
@@ -23,7 +24,8 @@ void KeyIndex::add(const std::vector<DictionaryEntry> &entries, size_t entry) {
 }
 
 qsizetype KeyIndex::find(const std::vector<DictionaryEntry> &entries, Key key) const {
-  for (size_t slot = key.hash() & (slots_.size() - 1); slots_[slot]; slot = (slot + 1) & (slots_.size() - 1)) {
+  for (size_t slot = key.hash() & (slots_.size() - 1); slots_[slot];
+       slot = (slot + 1) & (slots_.size() - 1)) {
     if (entries[slots_[slot] - 1].key == key) return slots_[slot] - 1;
   }
   return -1;
@@ -61,7 +63,9 @@ void DictionaryStorage::refreshIndex() {
   index->rebuild(entries);
 }
 
-void destroyBody(DictionaryStorage *storage) { delete storage; }
+void destroyBody(DictionaryStorage *storage) {
+  delete storage;
+}
 
 Dictionary Dictionary::make(bool isMutable) {
   Dictionary made(new DictionaryBody);
@@ -91,7 +95,9 @@ const DictionaryEntry *Dictionary::begin() const {
   return body && body->storage ? body->storage->entries.data() : nullptr;
 }
 
-const DictionaryEntry *Dictionary::end() const { return begin() + size(); }
+const DictionaryEntry *Dictionary::end() const {
+  return begin() + size();
+}
 
 DictionaryStorage *Dictionary::writable() const {
   Q_ASSERT(isMutable());
@@ -137,12 +143,23 @@ void Dictionary::removeIf(const std::function<bool(const DictionaryEntry &)> &te
   }
 }
 
+void Dictionary::takeEntries(std::span<DictionaryEntry> entries) const {
+  Q_ASSERT(isEmpty());
+  DictionaryStorage *storage = entries.empty() ? nullptr : writable();
+  if (!storage) return;
+  storage->entries.assign(std::move_iterator(entries.begin()), std::move_iterator(entries.end()));
+  storage->containers = std::count_if(storage->entries.begin(), storage->entries.end(),
+                                      [](const DictionaryEntry &entry) { return entry.value.isContainer(); });
+  storage->refreshIndex();
+}
+
 void Dictionary::reserve(qsizetype count) const {
   if (DictionaryStorage *storage = writable()) storage->entries.reserve(size_t(count));
 }
 
 void Dictionary::squeeze() const {
-  if (DictionaryStorage *storage = body && body->storage ? writable() : nullptr) storage->entries.shrink_to_fit();
+  if (DictionaryStorage *storage = body && body->storage ? writable() : nullptr)
+    storage->entries.shrink_to_fit();
 }
 
 Dictionary Dictionary::copyMembers(bool isMutable) const {
@@ -152,4 +169,6 @@ Dictionary Dictionary::copyMembers(bool isMutable) const {
   return made;
 }
 
-bool Dictionary::isPlain() const { return !body || !body->storage || body->storage->containers == 0; }
+bool Dictionary::isPlain() const {
+  return !body || !body->storage || body->storage->containers == 0;
+}

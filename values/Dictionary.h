@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 #include <functional>
+#include <span>
 
 #include "values/Key.h"
 #include "values/Shared.h"
@@ -52,6 +53,9 @@ class Dictionary {
   void remove(Key key) const;
   /// Removes every entry for which the test holds, in one pass.
   void removeIf(const std::function<bool(const DictionaryEntry &)> &test) const;
+  /// Moves entries into an empty dictionary, with no more room than they need. Their keys differ from each
+  /// other and no value is null.
+  void takeEntries(std::span<DictionaryEntry> entries) const;
   void reserve(qsizetype count) const;
   /// Gives back the memory kept for growth.
   void squeeze() const;

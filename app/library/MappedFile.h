@@ -13,8 +13,8 @@ class MappedFile {
   MappedFile(const MappedFile &) = delete;
   MappedFile &operator=(const MappedFile &) = delete;
 
-  /// Opens a regular file in place of one opened before. False with a line in `error` that says which file and
-  /// why; an empty file is no failure.
+  /// Opens a regular file in place of one opened before. False with a line in `error` that says which file
+  /// and why; an empty file is no failure.
   [[nodiscard]] bool open(const QString &path, QString *error);
 
   /// Valid until the next `open` and the end of this object.
