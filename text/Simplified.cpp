@@ -76,10 +76,6 @@ const ByteReplacements &minorWordReplacements() {
   return made;
 }
 
-char16_t codeUnit(char byte) { return quint8(byte); }
-
-char16_t codeUnit(QChar character) { return character.unicode(); }
-
 char16_t codeOf(char unit) { return char16_t(static_cast<unsigned char>(unit)); }
 char16_t codeOf(QChar unit) { return unit.unicode(); }
 
@@ -89,7 +85,7 @@ QString lettersAndDigits(const Text &text) {
   QByteArray kept(qsizetype(text.size()), Qt::Uninitialized);
   char *out = kept.data();
   for (const auto unit : text) {
-    const char16_t code = codeUnit(unit);
+    const char16_t code = codeOf(unit);
     const char letter = code < 0x80 ? lowered(char(code)) : ' ';
     *out = letter;
     out += (letter >= 'a' && letter <= 'z') || (letter >= '0' && letter <= '9');
