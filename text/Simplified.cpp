@@ -76,6 +76,9 @@ const ByteReplacements &minorWordReplacements() {
   return made;
 }
 
+char16_t codeOf(char unit) { return char16_t(static_cast<unsigned char>(unit)); }
+char16_t codeOf(QChar unit) { return unit.unicode(); }
+
 /// The letters and digits of a text, in lower case.
 template <class Text>
 QString lettersAndDigits(const Text &text) {
