@@ -11,6 +11,10 @@ if(TALLYFEN_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(tallyfen_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(TALLYFEN_FUZZ)
+  target_compile_options(tallyfen_options INTERFACE -fsanitize=fuzzer-no-link,address -fno-omit-frame-pointer)
+  target_link_options(tallyfen_options INTERFACE -fsanitize=address)
+endif()
 
 # The folders that stand, in the order given.
 function(tallyfen_add_folders)
