@@ -17,7 +17,9 @@ TEST(AmpersandCodes, OnlyEntitiesAreDecoded) {
                {u"&#65;&#x41;&#X41", u"AAA"},
                {u"&#0;&#xFFFFF;&#;&#x;", u"&#0;&#xFFFFF;&#;&#x;"},
                {u"&#150;&#x81;", u"\u2013\u0081"},
-               {u"&#000000065;", u"&#000000065;"},
+               {u"&#000000065;",
+                u"\x0006"
+                u"5;"},
                {u"&AMP;&apos;&percnt;&supl;&Eacute;&eacute;", u"&'%¹Éé"},
                {u"&&lt;&", u"&<&"}};
   for (const auto &[text, decoded] : cases)
