@@ -19,10 +19,7 @@
 
 DesktopView::DesktopView() = default;
 
-DesktopView::~DesktopView() {
-  DesktopView::endAllSheets();
-  for (const QPointer<SheetDialog> &sheet : sheets) delete sheet.data();
-}
+DesktopView::~DesktopView() = default;
 
 void DesktopView::attach(Application &attached) {
   application = &attached;
@@ -32,6 +29,20 @@ void DesktopView::attach(Application &attached) {
       window.get(), [this] { application->controller().doCancelOperation("ProgressPanel"); });
   attached.controller().problemWindowFrame = [this] { return window->placeText(); };
   attached.controller().prefsWindowOrigin = [this] { return preferences->originText(); };
+}
+
+void DesktopView::detach() {
+  if (!application) return;
+  application->state().operation.mCancelOperation = true;
+  application->state().workers.joinAll();
+  endAllSheets();
+  for (const QPointer<SheetDialog> &sheet : sheets) delete sheet.data();
+  application->controller().problemWindowFrame = {};
+  application->controller().prefsWindowOrigin = {};
+  application = nullptr;
+  progress.reset();
+  preferences.reset();
+  window.reset();
 }
 
 WindowActions DesktopView::makeActions() {
@@ -47,7 +58,9 @@ WindowActions DesktopView::makeActions() {
   actions.showAbout = [this] { showAbout(); };
   actions.showLog = [] { QDesktopServices::openUrl(QUrl::fromLocalFile(logFilePath())); };
   actions.quit = [this] { application->customTerminate(); };
-  actions.focusChanged = [this] { application->controller().applicationDidChangeFocus(); };
+  actions.focusChanged = [this] {
+    if (application) application->controller().applicationDidChangeFocus();
+  };
   return actions;
 }
 

@@ -21,6 +21,8 @@ class DesktopView : public ProblemView {
 
   /// Makes the windows of the application. Once.
   void attach(Application &attached);
+  /// Cancels what runs, waits for it, and takes the windows away. Before the application is destroyed.
+  void detach();
 
   ProblemWindow *problemWindow() { return window.get(); }
   PreferencesWindow *preferencesWindow() { return preferences.get(); }

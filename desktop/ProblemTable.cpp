@@ -64,6 +64,8 @@ ProblemTable::ProblemTable(AppState &appState, ProblemTab tab)
 
 ProblemTable::~ProblemTable() {
   if (saveTimer.isActive()) saveColumns();
+  onSelectionChanged = {};
+  reloading = true;
   setModel(nullptr);
 }
 

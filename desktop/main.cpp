@@ -1,3 +1,4 @@
+#include <QScopeGuard>
 #include <QTimer>
 
 #include "desktop/DesktopView.h"
@@ -23,11 +24,14 @@ int runApplication(GuardedApplication &loop) {
   DesktopView view;
   Application application(view);
   view.attach(application);
+  const auto detach = qScopeGuard([&view] { view.detach(); });
   // `quit` would ask the windows first; by then the controller has decided.
   application.controller().onTerminate = [] { QCoreApplication::exit(0); };
   const TerminationSignals termination([&application] { application.customTerminate(); });
   QTimer::singleShot(0, &loop, [&application] { application.controller().awakeFromNib(); });
   const int code = loop.run();
+  application.state().operation.mCancelOperation = true;
+  application.state().workers.joinAll();
   application.controller().applicationWillTerminate();
   return code;
 }

@@ -74,6 +74,7 @@ DesktopFixture::DesktopFixture() {
 
 DesktopFixture::~DesktopFixture() {
   application.controller().onTerminate = {};
+  view.detach();
   QApplication::setPalette(lightPalette());
 }
 
