@@ -17,7 +17,9 @@ bool holdsSurrogate(QStringView text) {
 qsizetype indexOfFolded(QStringView text, QStringView folded, qsizetype from) {
   const qsizetype last = text.size() - folded.size();
   const char16_t *units = text.utf16(), *wanted = folded.utf16();
+  const bool startsWithBlank = !folded.isEmpty() && wanted[0] == u' ';
   for (qsizetype start = from; start <= last; ++start) {
+    if (startsWithBlank && units[start] != u' ') continue;
     qsizetype same = 0;
     while (same < folded.size() && foldedUnit(units[start + same]) == wanted[same]) ++same;
     if (same == folded.size()) return start;

@@ -76,8 +76,35 @@ const ByteReplacements &minorWordReplacements() {
   return made;
 }
 
-char16_t codeOf(char unit) { return char16_t(static_cast<unsigned char>(unit)); }
-char16_t codeOf(QChar unit) { return unit.unicode(); }
+char16_t codeOf(char unit) {
+  return char16_t(static_cast<unsigned char>(unit));
+}
+char16_t codeOf(QChar unit) {
+  return unit.unicode();
+}
+
+/// `copyAscii` for a text with other letters: those that a search takes for "s" and "k" are that, the others
+/// stand as a byte that is in no word.
+void copySearched(QStringView text, std::string &out) {
+  constexpr char16_t kLongS = 0x017F, kKelvin = 0x212A;
+  out.resize(size_t(text.size()) + 2);
+  char *to = out.data();
+  *to++ = ' ';
+  for (const QChar unit : text) {
+    const char16_t code = unit.unicode();
+    *to++ = code < 0x80 ? lowered(char(code)) : code == kLongS ? 's' : code == kKelvin ? 'k' : '\x01';
+  }
+  *to = ' ';
+}
+
+/// A text with letters beyond ASCII, without minor words and outer white space. Few hold a minor word, and
+/// bytes tell it sooner.
+QString withoutMinorWords(const QString &text, std::string &working, std::string &scratch) {
+  copySearched(text, working);
+  minorWordReplacements().apply(working, scratch);
+  const bool hasNone = working.size() == size_t(text.size()) + 2;
+  return hasNone ? text.trimmed() : stringWithoutWords(text, minorWords());
+}
 
 /// The letters and digits of a text, in lower case.
 template <class Text>
@@ -110,7 +137,7 @@ QString simplified(const QString &text) {
   if (copyAscii(text, working)) {
     minorWordReplacements().apply(working, scratch);
     trimBetweenBlanks(working);
-  } else if (const QString folded = plainASCIIString(stringWithoutWords(text, minorWords()));
+  } else if (const QString folded = plainASCIIString(withoutMinorWords(text, working, scratch));
              !copyAscii(folded, working)) {
     const QString padded = u' ' + folded + u' ';
     const QString key = lettersAndDigits(table ? table->applied(padded) : padded);
