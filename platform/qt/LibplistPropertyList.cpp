@@ -2,6 +2,10 @@
 
 #include <plist/plist.h>
 
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
+
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -14,6 +18,14 @@ namespace {
 Value refuse(const QString &reason, QString *error) {
   if (error) *error = u"not a readable property list: "_qs + reason;
   return {};
+}
+
+/// libplist's tree is many times the size of its text and lies below our values: without this the allocator
+/// would keep its pages for the life of the process.
+void giveBackMemory() {
+#if defined(__GLIBC__)
+  malloc_trim(0);
+#endif
 }
 
 }  // namespace
@@ -33,8 +45,10 @@ Value LibplistPropertyList::parse(QByteArrayView bytes, QString *error) const {
     plist_from_xml(bytes.data(), quint32(bytes.size()), &tree);
   }
   if (!tree) return refuse(binary ? QStringLiteral("bad binary form") : QStringLiteral("bad XML"), error);
-  const std::unique_ptr<void, decltype(&plist_free)> owner(tree, plist_free);
-  return valueOfTree(tree);
+  Value root = valueOfTree(tree);
+  plist_free(tree);
+  giveBackMemory();
+  return root;
 }
 
 QByteArray LibplistPropertyList::write(const Value &root, Format format, QString *error) const {
