@@ -33,8 +33,7 @@ void DesktopView::attach(Application &attached) {
 
 void DesktopView::detach() {
   if (!application) return;
-  application->state().operation.mCancelOperation = true;
-  application->state().workers.joinAll();
+  application->state().endAllWork();
   endAllSheets();
   for (const QPointer<SheetDialog> &sheet : sheets) delete sheet.data();
   application->controller().problemWindowFrame = {};

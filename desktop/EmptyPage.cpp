@@ -52,6 +52,7 @@ void EmptyPage::setContents(icons::Shape shape, const QString &title, const QStr
   shown = shape;
   titleLabel->setText(title);
   textLabel->setText(text);
+  textLabel->setMinimumHeight(textLabel->heightForWidth(kTextWidth));
   contents = std::move(buttons);
   for (size_t i = 0; i < 2; ++i) {
     pushButtons[i]->setVisible(i < contents.size());

@@ -100,7 +100,8 @@ void draw(QPainter &painter, Shape shape) {
     case Shape::Preferences:
       return drawPreferences(painter);
     case Shape::Note:
-      return drawNote(painter, 8, 8);
+      painter.scale(2.2, 2.2);
+      return drawNote(painter, 2.0, 1.8);
     case Shape::Done:
       return drawDone(painter);
     case Shape::Warning:

@@ -30,8 +30,7 @@ int runApplication(GuardedApplication &loop) {
   const TerminationSignals termination([&application] { application.customTerminate(); });
   QTimer::singleShot(0, &loop, [&application] { application.controller().awakeFromNib(); });
   const int code = loop.run();
-  application.state().operation.mCancelOperation = true;
-  application.state().workers.joinAll();
+  application.state().endAllWork();
   application.controller().applicationWillTerminate();
   return code;
 }

@@ -26,12 +26,12 @@ class PreferencesWindows : public DesktopFixture {
 TEST_F(PreferencesWindows, TellThatAChangedSettingAwaitsAScan) {
   launchAndReveal();
   EXPECT_FALSE(note()->isVisible());
-  box(prefs::matchAlbum)->click();
-  EXPECT_TRUE(prefs::isTrue(prefs::matchAlbum));
+  box(prefs::matchFileSize)->click();
+  EXPECT_TRUE(prefs::isTrue(prefs::matchFileSize));
   EXPECT_TRUE(note()->isVisible());
-  box(prefs::matchAlbum)->click();
+  box(prefs::matchFileSize)->click();
   EXPECT_FALSE(note()->isVisible()) << "it is as the scan saw it";
-  box(prefs::matchAlbum)->click();
+  box(prefs::matchFileSize)->click();
   QTest::mouseClick(note()->findChild<QPushButton *>(), Qt::LeftButton);
   EXPECT_TRUE(runUntil([this] { return !note()->isVisible(); })) << "a scan applies it";
   EXPECT_TRUE(runUntil([this] { return !prefs::isTrue(prefs::busy) && !state().mMusicLibraryBusy; }));

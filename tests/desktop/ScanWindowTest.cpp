@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
@@ -98,6 +99,7 @@ TEST_F(ScanWindow, TheKeyboardReachesEveryTabOnceAScanHasEnded) {
   prefs::set(prefs::explainedDuplicates, true);
   writeLibrary(1);
   launch();
+  QApplication::setActiveWindow(view.problemWindow());
   for (const ProblemTab tab : kProblemTabs) {
     QTest::keyClick(view.problemWindow(), Qt::Key(Qt::Key_1 + int(tab)), Qt::ControlModifier);
     EXPECT_EQ(view.currentTab(), tab);
