@@ -7,6 +7,7 @@
 
 #include "app/library/LibraryFile.h"
 #include "app/library/LibraryLocation.h"
+#include "support/Preferences.h"
 #include "values/Keys.h"
 
 namespace {
@@ -69,6 +70,9 @@ Dictionary makeRow(int number, int group) {
 
 DesktopFixture::DesktopFixture() {
   iTunesInterface::resetLibraryCache();
+  // Not the first run, which would take the other settings back.
+  prefs::set(prefs::preferAudioFileBitRate, 160);
+  prefs::set(prefs::allowedDurationVariation, 10);
   view.attach(application);
 }
 
