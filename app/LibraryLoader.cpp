@@ -42,6 +42,8 @@ LibraryLoader::LibraryLoader(AppState &appState, Operation &currentOperation,
     : state(appState), operation(currentOperation), prefsOwner(prefsController) {}
 
 void LibraryLoader::doGetDefaultLibraryWhenNewerThan(std::optional<Date> date) {
+  if (state.mIsEnding) return;
+  if (state.mMusicLibraryBusy) return BMLog("!!! library asked for while it is being loaded");
   iTunesInterface::writeLibraryNow();
   ProblemView &view = state.view;
   view.setProgressIndeterminate(true);
@@ -89,18 +91,37 @@ void LibraryLoader::getLibraryAtPath(const QString &path) {
   state.library.mMusicLibraryPlaylists = {};
   state.library.mMusicLibraryPaths = {};
   updateLibraryPrefsDisplay();
-  state.workers.detach(QStringLiteral("getLibraryThreaded"),
-                       [this, path, overridePaths = state.library.mOverridePathsDict] {
-                         getLibraryThreaded(path, overridePaths);
-                       });
+  const bool runs = state.workers.detach(QStringLiteral("getLibraryThreaded"),
+                                         [this, path, overridePaths = state.library.mOverridePathsDict] {
+                                           getLibraryThreaded(path, overridePaths);
+                                         });
+  if (runs) return;
+  sendLibraryError(localizedMessage(QStringLiteral("NoThreadMessage")));
+  platform().mainLoop->post(tasks.guarded([this] { finishedGettingLibrary({}); }));
 }
 
 void LibraryLoader::getLibraryThreaded(const QString &path, const QHash<QString, QString> &overridePaths) {
   const double begin = platform().clock->now().seconds;
-  const Loaded loaded = readLibrary(path, overridePaths);
+  const Loaded loaded = loadGuarded(path, overridePaths);
   state.operation.mCompletedOperation = true;
   BMLog("... library loaded in %.1f seconds", platform().clock->now().seconds - begin);
-  platform().mainLoop->post([this, loaded] { finishedGettingLibrary(loaded); });
+  platform().mainLoop->post(tasks.guarded([this, loaded] { finishedGettingLibrary(loaded); }));
+}
+
+LibraryLoader::Loaded LibraryLoader::loadGuarded(const QString &path,
+                                                 const QHash<QString, QString> &overridePaths) {
+  // Whatever happens, the main thread has to hear of the end: the sheet of a load cannot be cancelled.
+  QString what;
+  try {
+    return readLibrary(path, overridePaths);
+  } catch (const std::exception &exception) {
+    what = QString::fromUtf8(exception.what());
+  } catch (...) {
+    what = QStringLiteral("unknown exception");
+  }
+  BMLog("!!! EXCEPTION getLibraryThreaded: %@", what);
+  sendLibraryError(QStringLiteral("'%1'").arg(what));
+  return {};
 }
 
 LibraryLoader::Loaded LibraryLoader::readLibrary(const QString &path,
@@ -114,7 +135,7 @@ LibraryLoader::Loaded LibraryLoader::readLibrary(const QString &path,
     QString detail = QStringLiteral("'%1'").arg(error);
     const QString reason = reasonNoText(path);
     if (!reason.isEmpty()) detail += QStringLiteral("\n\n") + reason;
-    platform().mainLoop->post([this, detail] { gotLibraryError(detail); });
+    sendLibraryError(detail);
     return loaded;
   }
   loaded.succeeded = true;
@@ -126,7 +147,12 @@ LibraryLoader::Loaded LibraryLoader::readLibrary(const QString &path,
   return loaded;
 }
 
+void LibraryLoader::sendLibraryError(const QString &detail) {
+  platform().mainLoop->post(tasks.guarded([this, detail] { gotLibraryError(detail); }));
+}
+
 void LibraryLoader::gotLibraryError(const QString &detail) {
+  if (state.mIsEnding) return;
   QString message = localizedMessage(QStringLiteral("BadLibraryMessage"));
   if (!detail.isEmpty()) message += QStringLiteral("\n\n") + detail;
   const QString title = QStringLiteral("BadLibraryTitle");
@@ -138,6 +164,7 @@ void LibraryLoader::gotLibraryError(const QString &detail) {
 }
 
 void LibraryLoader::finishedGettingLibrary(const Loaded &loaded) {
+  if (state.mIsEnding) return;
   state.library.mMusicLibrary = loaded.library;
   state.library.mMusicLibraryPaths = loaded.prepared.paths;
   verdicts = loaded.prepared.verdicts;

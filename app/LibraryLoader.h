@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "app/library/LibraryPreparation.h"
+#include "support/TaskGuard.h"
 #include "values/Date.h"
 
 struct AppState;
@@ -20,6 +21,7 @@ class LibraryLoader {
 
   /// Has the music application write its library, shows the progress sheet and loads. With a date and without
   /// direct access it first waits, up to 120 seconds, for a file more than half a second newer than that.
+  /// Nothing happens while a load is under way or the application is ending.
   void doGetDefaultLibraryWhenNewerThan(std::optional<Date> date);
   /// Starts the load of the library file; an empty path stands for the one that the search finds.
   void getLibraryAtPath(const QString &path);
@@ -42,7 +44,9 @@ class LibraryLoader {
   };
   /// The load's own thread: reads, prepares, and sends the result on.
   void getLibraryThreaded(const QString &path, const QHash<QString, QString> &overridePaths);
+  Loaded loadGuarded(const QString &path, const QHash<QString, QString> &overridePaths);
   Loaded readLibrary(const QString &path, const QHash<QString, QString> &overridePaths);
+  void sendLibraryError(const QString &detail);
   void gotLibraryError(const QString &detail);
   void finishedGettingLibrary(const Loaded &loaded);
 
@@ -50,4 +54,5 @@ class LibraryLoader {
   Operation &operation;
   PrefsController &prefsOwner;
   std::array<qsizetype, TrackFilter::kVerdictCount> verdicts{};
+  TaskGuard tasks;
 };

@@ -2,7 +2,6 @@
 
 #include <QDir>
 
-#include "app/library/TopLevelDirectories.h"
 #include "bridge/LocalizedMessage.h"
 #include "bridge/iTunesInterface.h"
 #include "platform/Platform.h"
@@ -27,8 +26,8 @@ MainController::MainController(ProblemView &view)
       scans(state, operation, prefsOwner) {}
 
 MainController::~MainController() {
-  state.operation.mCancelOperation = true;
-  state.workers.joinAll();
+  state.endAllWork();
+  platform().mainLoop->stopTimer(reloadTimer);
 }
 
 void MainController::awakeFromNib() {
@@ -83,6 +82,7 @@ void MainController::doCancelOperation(const char *sender) {
 }
 
 void MainController::customTerminate() {
+  state.mIsEnding = true;
   state.view.endAllSheets();
   if (onTerminate) onTerminate();
 }
@@ -120,5 +120,7 @@ void MainController::chooseNewMediaFolder() {
   prefs::set(prefs::manualMediaPath, chosen);
   state.operation.mCancelOperation = true;
   constexpr double kReloadDelaySeconds = 0.5;
-  platform().mainLoop->startTimer(kReloadDelaySeconds, false, [this] { scans.reloadLibraryAndScan(); });
+  platform().mainLoop->stopTimer(reloadTimer);
+  reloadTimer =
+      platform().mainLoop->startTimer(kReloadDelaySeconds, false, [this] { scans.reloadLibraryAndScan(); });
 }

@@ -59,4 +59,5 @@ class MainController {
   LibraryLoader loader;
   ScanDriver scans;
   bool ended = false;
+  MainLoop::TimerID reloadTimer = 0;
 };

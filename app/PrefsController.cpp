@@ -43,6 +43,7 @@ Dictionary loadResources() {
 
 PrefsController::~PrefsController() {
   if (observing) platform().preferences->setObserver({});
+  platform().mainLoop->stopTimer(revealTimer);
 }
 
 const QStringList &PrefsController::keysOfGroup(SettingsGroup group) {
@@ -59,13 +60,15 @@ const QStringList &PrefsController::keysOfGroup(SettingsGroup group) {
 void PrefsController::awakeFromNib() {
   if (awake) return;
   awake = true;
-  if (prefs::value(prefs::preferAudioData15).isNull()) {
-    prefs::set(prefs::preferAudioData15, prefs::value(prefs::preferAudioData));
+  const Value olderForm = prefs::value(prefs::preferAudioData);
+  if (prefs::value(prefs::preferAudioData15).isNull() && !olderForm.isNull()) {
+    prefs::set(prefs::preferAudioData15, olderForm);
   }
   platform().preferences->setObserver([this](const QString &domain, const QString &key) {
     if (domain != platform().bundle.identifier) return;
-    platform().mainLoop->isMainThread() ? observeValue(key)
-                                        : platform().mainLoop->post([this, key] { observeValue(key); });
+    MainLoop &loop = *platform().mainLoop;
+    if (loop.isMainThread()) return observeValue(key);
+    loop.post(tasks.guarded([this, key] { observeValue(key); }));
   });
   observing = true;
   if (prefs::value(prefs::preferAudioFileBitRate).isNull()) resetToDefaults(false);
@@ -104,9 +107,11 @@ void PrefsController::resetToDefaults(bool byUser) {
 
 void PrefsController::resetDidEnd() {
   if (iTunesInterface::canGetMusicLibrary()) {
-    state.commands->doGetDefaultLibraryWhenNewerThan(state.library.mLastLibraryModifiedDate);
+    // A load or a scan may be under way, as the sheet covers this window alone.
+    state.commands->reloadLibraryAndScan();
   }
   constexpr double kRevealDelaySeconds = 0.5;
+  platform().mainLoop->stopTimer(revealTimer);
   revealTimer = platform().mainLoop->startTimer(
       kRevealDelaySeconds, false, [this] { revealTabWithIdentifier(QStringLiteral("library")); });
 }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "platform/MainLoop.h"
+#include "support/TaskGuard.h"
 #include "values/Value.h"
 
 struct AppState;
@@ -64,6 +65,7 @@ class PrefsController {
   /// Keeps a change made while one is being looked at from being looked at again.
   bool observingNow = false;
   MainLoop::TimerID revealTimer = 0;
+  TaskGuard tasks;
   std::array<std::optional<Dictionary>, kSettingsGroupCount> applied;
   std::array<bool, kSettingsGroupCount> noteVisible{};
 };

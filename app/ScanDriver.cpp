@@ -69,6 +69,7 @@ void ScanDriver::reFindProblems() {
 }
 
 void ScanDriver::scanLibraryForProblems() {
+  if (state.mIsEnding) return;
   if (operation.isBusy()) {
     state.view.beep();
     BMLog("!!! scanLibraryForProblems invoked while busy");
@@ -208,7 +209,8 @@ void ScanDriver::presentNoProblems() {
   const Alert alert = alertOf(u"NoProblemsTitle", message,
                               {QStringLiteral("NoProblemsDismiss"), QStringLiteral("NoProblemsPreferences")});
   if (state.view.runAlert(alert) != 1) return;
-  platform().mainLoop->post([this] { prefsOwner.revealTabWithIdentifier(QStringLiteral("dupe")); });
+  platform().mainLoop->post(
+      tasks.guarded([this] { prefsOwner.revealTabWithIdentifier(QStringLiteral("dupe")); }));
 }
 
 void ScanDriver::presentReason(const QString &reason) {

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "app/state/ProblemView.h"
+#include "support/TaskGuard.h"
 
 struct AppState;
 class Operation;
@@ -56,4 +57,5 @@ class ScanDriver {
   double mLibraryScanBeginTime = 0.0;
   /// `mNumberOfComparisons` at the last tick, truncated.
   qint32 lastComparisons = 0;
+  TaskGuard tasks;
 };

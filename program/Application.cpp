@@ -17,8 +17,7 @@ Application::Application(ProblemView &view) : main(view), duplicateScanner(main.
 }
 
 Application::~Application() {
-  main.appState().operation.mCancelOperation = true;
-  main.appState().workers.joinAll();
+  main.appState().endAllWork();
 }
 
 void Application::doGetDefaultLibraryWhenNewerThan(std::optional<Date> date) {

@@ -35,6 +35,12 @@ QString OperationState::cancelOperationReason() {
   return mCancelOperationReason;
 }
 
+void AppState::endAllWork() {
+  mIsEnding = true;
+  operation.mCancelOperation = true;
+  workers.joinAll();
+}
+
 QString musicLibraryMediaFolderWithFallbacks(const AppState &state) {
   const QString manual = prefs::text(prefs::manualMediaPath);
   if (!manual.isEmpty()) return manual;

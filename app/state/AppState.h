@@ -101,6 +101,11 @@ struct AppState {
   bool mWantsToTerminate = false;
   /// The application is relaunching itself; the log is then not compressed at exit.
   bool mIsRestarting = false;
+  /// The application is ending: what still comes back from a worker starts nothing and tells nothing.
+  bool mIsEnding = false;
+
+  /// Cancels what runs and waits for the workers; nothing begins from here on. Main thread.
+  void endAllWork();
 
   /// The lock that guards a shared list.
   ObjectLock threadLockForObject(const Array &list) { return locks.threadLockForObject(list.identity()); }

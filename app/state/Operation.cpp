@@ -1,6 +1,7 @@
 #include "app/state/Operation.h"
 
 #include "app/state/AppState.h"
+#include "bridge/LocalizedMessage.h"
 #include "platform/Platform.h"
 #include "support/Preferences.h"
 
@@ -9,7 +10,7 @@ Operation::~Operation() {
 }
 
 bool Operation::isBusy() const {
-  return prefs::isTrue(prefs::busy);
+  return mUpdateProgressTimer != 0 || prefs::isTrue(prefs::busy);
 }
 
 void Operation::reserve() {
@@ -44,7 +45,10 @@ void Operation::start(const OperationPlan &plan) {
   stopTimer();
   mUpdateProgressTimer = platform().mainLoop->startTimer(plan.tickSeconds, true, plan.update);
   if (plan.beforeWorkers) plan.beforeWorkers();
-  for (const OperationPlan::Worker &worker : plan.workers) state.workers.detach(worker.name, worker.body);
+  for (const OperationPlan::Worker &worker : plan.workers) {
+    if (state.workers.detach(worker.name, worker.body)) continue;
+    state.operation.setCancelOperationReason(localizedMessage(QStringLiteral("NoThreadMessage")));
+  }
 }
 
 void Operation::finish() {

@@ -39,7 +39,8 @@ class Operation {
   Operation(const Operation &) = delete;
   ~Operation();
 
-  /// True while an operation holds the busy flag, a preference so that it survives a crash.
+  /// True while an operation runs or holds the busy flag, a preference so that it survives a crash. A reset
+  /// of the settings takes the flag away, not the operation.
   bool isBusy() const;
   /// Takes the busy flag and clears all flags, counters, the reason and the failed items of the one before.
   void reserve();

@@ -3,6 +3,7 @@
 #include "app/MainController.h"
 #include "app/library/LibraryFile.h"
 #include "app/library/LibraryLocation.h"
+#include "platform/qt/LibplistPropertyList.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
 #include "tests/fixtures/ScriptedView.h"
@@ -231,14 +232,83 @@ TEST_F(Controller, NoProblemsOffersTheSettings) {
 
 TEST_F(Controller, TheWaitForANewerFileEndsWithItOrAfterTwoMinutes) {
   putLibrary(libraryXml(3));
-  const double begin = time.now().seconds;
+  controller.scanDriver().setThreads(threads);
   const Date fileDate = *iTunesInterface::currentMusicLibraryDate();
+  double begin = time.now().seconds;
   controller.libraryLoader().doGetDefaultLibraryWhenNewerThan(Date{fileDate.seconds - 0.75});
   EXPECT_LT(time.now().seconds - begin, 0.1);
   controller.libraryLoader().doGetDefaultLibraryWhenNewerThan(Date{fileDate.seconds - 0.5});
+  EXPECT_LT(time.now().seconds - begin, 0.1) << "a second load began during the first";
+  ASSERT_TRUE(time.runUntil([this] { return view.scansEnded == 1; }));
+  begin = time.now().seconds;
+  controller.libraryLoader().doGetDefaultLibraryWhenNewerThan(Date{fileDate.seconds - 0.5});
   EXPECT_NEAR(time.now().seconds - begin, 120.0, 1.0);
   EXPECT_TRUE(logContains(QStringLiteral("... GAVE UP waiting!")));
-  controller.appState().workers.joinAll();
+}
+
+TEST_F(Controller, QuittingDuringALoadStartsNothingAndTellsNothing) {
+  for (const QByteArray &bytes : {libraryXml(3), QByteArrayLiteral("no library")}) {
+    putLibrary(bytes);
+    controller.appState().mIsEnding = false;
+    controller.appState().mMusicLibraryBusy = false;
+    controller.scanDriver().setThreads(threads);
+    controller.libraryLoader().doGetDefaultLibraryWhenNewerThan(std::nullopt);
+    controller.customTerminate();
+    controller.appState().endAllWork();
+    time.run(1.0);
+    EXPECT_EQ(view.loadedTracks, -1);
+    EXPECT_TRUE(view.alerts.isEmpty());
+    EXPECT_EQ(time.timerCount(), 0);
+  }
+}
+
+TEST_F(Controller, NothingRunsForAControllerThatIsGone) {
+  putLibrary(libraryXml(3));
+  auto other = std::make_unique<MainController>(view);
+  other->appState().commands = this;
+  other->awakeFromNib();
+  while (Workers::runningInProcess() > 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  view.chosenFolder = folder();
+  other->chooseNewMediaFolder();
+  other.reset();
+  EXPECT_EQ(time.timerCount(), 0);
+  time.run(1.0);
+  EXPECT_EQ(view.loadedTracks, -1);
+}
+
+TEST_F(Controller, AResetDuringAScanStartsNoSecondOperation) {
+  putLibrary(libraryXml(3));
+  threads.scanLibraryForDuplicatesThread = [this] {
+    while (!controller.appState().operation.mCancelOperation) platform().clock->sleep(0.1);
+  };
+  controller.scanDriver().setThreads(threads);
+  controller.awakeFromNib();
+  ASSERT_TRUE(time.runUntil([this] { return view.progressMaximum > 0; }));
+  controller.prefsController().resetToDefaults(true);
+  EXPECT_TRUE(preference(prefs::busy).isNull());
+  EXPECT_TRUE(view.noted("beep"));
+  EXPECT_FALSE(controller.appState().mMusicLibraryBusy);
+  controller.doCancelOperation("Test");
+  EXPECT_TRUE(time.runUntil([this] { return view.scansEnded == 1; }));
+  EXPECT_FALSE(controller.currentOperation().isBusy());
+}
+
+TEST_F(Controller, ALoadThatRunsOutOfMemoryIsToldAndItsSheetEnds) {
+  class NoMemory : public LibplistPropertyList {
+    Value parse(QByteArrayView bytes, QString *error) const override {
+      if (bytes.indexOf(QByteArrayView("<key>Tracks</key>")) >= 0) throw std::bad_alloc();
+      return LibplistPropertyList::parse(bytes, error);
+    }
+  } lists;
+  services.propertyLists = &lists;
+  setPlatform(services);
+  putLibrary(libraryXml(3));
+  launch();
+  EXPECT_TRUE(view.noted("alert BadLibraryTitle"));
+  EXPECT_EQ(view.loadedTracks, 0);
+  EXPECT_FALSE(view.progressShown);
+  EXPECT_TRUE(view.cancelEnabled);
+  EXPECT_FALSE(prefs::isTrue(prefs::noSystemDeserialize));
 }
 
 TEST_F(Controller, TheEndRemembersTheWindowsAndClosesTheLog) {

@@ -53,6 +53,19 @@ TEST_F(Prefs, AResetSparesReservedKeysAndRemovesTheRest) {
   EXPECT_TRUE(view.noted("prefs library"));
 }
 
+TEST_F(Prefs, NothingRunsForAControllerThatIsGone) {
+  auto other = std::make_unique<PrefsController>(state);
+  other->awakeFromNib();
+  for (const QString &key : {prefs::noMatchTitle, prefs::noMatchArtist}) prefs::set(key, true);
+  state.workers.detach(QStringLiteral("worker"), [] { prefs::set(prefs::noMatchDuration, true); });
+  while (state.workers.running() > 0) std::this_thread::yield();
+  other->resetToDefaults(true);
+  other.reset();
+  EXPECT_EQ(time.timerCount(), 0);
+  time.run(1.0);
+  EXPECT_FALSE(view.noted("prefs library"));
+}
+
 TEST_F(Prefs, ASlidersFractionNeverStays) {
   controller.awakeFromNib();
   prefs::set(prefs::allowedDurationVariation, 10.4);
