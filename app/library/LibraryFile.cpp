@@ -1,6 +1,7 @@
 #include "app/library/LibraryFile.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QUtf8StringView>
 #include <algorithm>
 
@@ -32,11 +33,12 @@ Value parseGuarded(QByteArrayView bytes, QString *error) {
   const bool manualFirst = prefs::isTrue(prefs::noSystemDeserialize);
   prefs::set(prefs::noSystemDeserialize, !manualFirst);
   prefs::synchronize();
-  Value root =
-      BMUtility::mutablePropertyListFromDataTrySystemFirstErrorDescription(bytes, !manualFirst, error);
-  prefs::set(prefs::noSystemDeserialize, manualFirst);
-  prefs::synchronize();
-  return root;
+  // An exception is no crash: the parser keeps its turn.
+  const auto restore = qScopeGuard([manualFirst] {
+    prefs::set(prefs::noSystemDeserialize, manualFirst);
+    prefs::synchronize();
+  });
+  return BMUtility::mutablePropertyListFromDataTrySystemFirstErrorDescription(bytes, !manualFirst, error);
 }
 
 bool isUtf8(QByteArrayView bytes) {
@@ -70,10 +72,11 @@ Dictionary getMusicLibraryDictionaryAtPathWithError(const QString &path, QString
   if (!file.open(path, error)) return {};
   const Value root = parseGuarded(file.bytes(), error);
   const Dictionary library = root.toDictionary();
-  if (!library.contains(keys::Tracks) && error->isEmpty()) {
-    *error = QStringLiteral("%1 holds no music library").arg(path);
+  if (!library.contains(keys::Tracks)) {
+    // Not kept: the same file is as wrong at the next load.
+    if (error->isEmpty()) *error = QStringLiteral("%1 holds no music library").arg(path);
+    return {};
   }
-  if (library.isNull()) return {};
   cache() = {date, library, QFileInfo(path).path(), library.value(keys::LibraryPersistentID).toText()};
   return library;
 }

@@ -48,9 +48,10 @@ bool holdsLibraryMark(const QString &path) {
   return file.readAll().contains(kLibraryMark);
 }
 
-/// The path of a file address, or the text itself if it is a path.
+/// The path of a file address, or the text itself if it is a whole path; else empty.
 QString pathOfText(const QString &text) {
-  return text.startsWith(QStringLiteral("file:")) ? pathOfFileAddress(text) : text;
+  if (text.startsWith(QStringLiteral("file:"))) return pathOfFileAddress(text);
+  return text.startsWith(u'/') ? text : QString();
 }
 
 QString withoutLastComponent(const QString &path) {

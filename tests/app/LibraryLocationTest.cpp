@@ -82,7 +82,10 @@ TEST_F(LibraryLocation, TheSettingsOfTheMusicApplicationNameFurtherFolders) {
 }
 
 TEST_F(LibraryLocation, WrongSettingsOfTheMusicApplicationNameNothing) {
-  for (const Value &wrong : {Value(7), Value(QStringLiteral("text")), Value(Dictionary::make())}) {
+  const Array relative = Array::make();
+  relative.append(QStringLiteral("Music"));
+  for (const Value &wrong :
+       {Value(7), Value(QStringLiteral("text")), Value(Dictionary::make()), Value(relative)}) {
     preferences.setValue(QStringLiteral("com.apple.iApps"), QStringLiteral("iTunesRecentDatabases"), wrong);
     EXPECT_EQ(iTunesInterface::currentMusicLibraryPathFromPrefs(), QString());
   }
@@ -126,6 +129,15 @@ TEST_F(LibraryLocation, AnUnchangedFileGivesTheSameLibraryAndAChangedOneANewOne)
   setAge(path, 1);
   EXPECT_FALSE(first.isSame(iTunesInterface::getMusicLibraryDictionaryAtPathWithError(path, &error)));
   EXPECT_EQ(iTunesInterface::musicLibraryPath(), folder(QStringLiteral("home")));
+}
+
+TEST_F(LibraryLocation, AFileWithoutTracksIsRefusedEachTime) {
+  const QString path = put(QStringLiteral("L.xml"), QByteArrayLiteral("<plist><dict></dict></plist>"), 2);
+  for (int load = 1; load <= 2; ++load) {
+    QString error;
+    EXPECT_TRUE(iTunesInterface::getMusicLibraryDictionaryAtPathWithError(path, &error).isNull());
+    EXPECT_FALSE(error.isEmpty()) << load;
+  }
 }
 
 TEST_F(LibraryLocation, TheSettingsNameTheOtherParserWhileOneRuns) {
