@@ -56,17 +56,32 @@ Value PropertyListPass::read() {
 const char *PropertyListPass::turn(const char *at) {
   at = nextTag(at, end);
   const FoundTag found = tagAt(at, end);
-  if (!found.isAscii) {
+  if (found.tag == PropertyListTag::NotAscii) {
     errorText = QStringLiteral("invalid tag @ %1").arg(at - begin);
     return found.end;
   }
   if (found.tag == PropertyListTag::OpenDictionary || found.tag == PropertyListTag::OpenArray)
     open(found.tag);
   const char *text = found.end < end ? found.end + 1 : end;
+  if (found.tag == PropertyListTag::Key) {
+    if (const char *next = takeLikelyKey(text)) return next;
+  }
   const char *next = nextTag(text, end);
   takeText(found.tag, QByteArrayView(text, next - text));
   if (found.tag == PropertyListTag::CloseContainer && stack.size() > 1) close();
   return next;
+}
+
+/// Most tracks have their keys in one order: takes the key that followed the present one last time if it
+/// stands here, without a search for its end. The place behind it, or null.
+const char *PropertyListPass::takeLikelyKey(const char *text) {
+  KnownKey &likely = texts.likelyAfter(*key);
+  const qsizetype size = likely.bytes.size();
+  if (size == 0 || end - text <= size || text[size] != '<') return nullptr;
+  if (std::memcmp(text, likely.bytes.data(), size_t(size)) != 0) return nullptr;
+  key = &likely;
+  texts.countPlain();
+  return text + size;
 }
 
 void PropertyListPass::takeText(PropertyListTag tag, QByteArrayView bytes) {

@@ -34,6 +34,7 @@ class PropertyListPass {
   };
 
   const char *turn(const char *at);
+  const char *takeLikelyKey(const char *text);
   void takeText(PropertyListTag tag, QByteArrayView bytes);
   void takeKey(QByteArrayView bytes);
   Value valueOf(PropertyListTag tag, QByteArrayView bytes);

@@ -36,12 +36,6 @@ QString fromUtf8(QByteArrayView bytes) {
   return QString::fromUtf8(bytes);
 }
 
-bool isAscii(QByteArrayView bytes) {
-  unsigned char all = 0;
-  for (const char byte : bytes) all |= static_cast<unsigned char>(byte);
-  return all < 0x80;
-}
-
 constexpr int kMostRepeats = 64;
 constexpr int kFewestRepeats = -16;
 constexpr int kRepeatWorth = 4;
@@ -76,30 +70,40 @@ QString PropertyListTexts::decode(QByteArrayView bytes) {
 }
 
 QString PropertyListTexts::decodeShared(QByteArrayView bytes, KnownKey &key) {
+  if (same(key.last.bytes, bytes)) {
+    ++counted.values;
+    return key.last.text;
+  }
   // Where texts hardly repeat, only one in sixteen is looked for.
   if (key.repeats <= kFewestRepeats && (counted.values & 15) != 0) return decode(bytes);
   KnownText &known = texts[hashOf(bytes) & (texts.size() - 1)];
   if (same(known.bytes, bytes)) {
     key.repeats = qMin(key.repeats + kRepeatWorth, kMostRepeats);
     ++counted.values;
-    return known.text;
+    known.bytes = bytes;  // nearer to what comes next, so more likely in the processor's cache
+  } else {
+    key.repeats = qMax(key.repeats - 1, kFewestRepeats);
+    const qint64 undecodable = counted.undecodable;
+    QString text = decode(bytes);
+    if (counted.undecodable != undecodable) return text;
+    known = {bytes, std::move(text)};
   }
-  key.repeats = qMax(key.repeats - 1, kFewestRepeats);
-  const qint64 undecodable = counted.undecodable;
-  QString text = decode(bytes);
-  if (counted.undecodable == undecodable) known = {bytes, text};
-  return text;
+  key.last = known;
+  return known.text;
 }
 
-void PropertyListTexts::skip(QByteArrayView bytes) {
-  ++counted.values;
-  if (!isAscii(bytes) && !QUtf8StringView(bytes).isValidUtf8()) ++counted.undecodable;
+void PropertyListTexts::check(QByteArrayView bytes) {
+  if (!QUtf8StringView(bytes).isValidUtf8()) ++counted.undecodable;
 }
 
 KnownKey &PropertyListTexts::key(QByteArrayView bytes, KnownKey &previous) {
   const size_t place = hashOf(bytes) & (keys.size() - 1);
   KnownKey &known = keys[place];
-  if (!same(known.bytes, bytes)) known = {bytes, Key(QString::fromLatin1(bytes))};
+  if (!same(known.bytes, bytes)) {
+    known = {};
+    known.bytes = bytes;
+    known.key = Key(QString::fromLatin1(bytes));
+  }
   previous.next = quint32(place);
   return known;
 }

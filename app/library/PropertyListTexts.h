@@ -10,6 +10,12 @@
 /// True if every byte is ASCII and none an ampersand: such bytes are their text.
 bool isPlainText(QByteArrayView bytes);
 
+/// A text as it stands in the file's bytes, and decoded.
+struct KnownText {
+  QByteArrayView bytes;
+  QString text;
+};
+
 /// A key as it last stood in the file, with what was learned about it.
 struct KnownKey {
   /// In the file's bytes.
@@ -19,6 +25,8 @@ struct KnownKey {
   quint32 next = 0;
   /// How far its texts were worth looking for among earlier ones; grows with each that was there.
   int repeats = 0;
+  /// Its last text that was looked for: tracks of one album stand together.
+  KnownText last;
 };
 
 /// Decodes the texts between the tags of one property list and counts them. Remembers, in bounded tables,
@@ -36,23 +44,26 @@ class PropertyListTexts {
   /// Counts plain bytes that the caller reads itself.
   void countPlain() { ++counted.values; }
   /// Counts bytes that nobody needs decoded.
-  void skip(QByteArrayView bytes);
+  void skip(QByteArrayView bytes) {
+    ++counted.values;
+    unsigned char all = 0;
+    for (const char *at = bytes.begin(); at < bytes.end() && all < 0x80; ++at)
+      all |= static_cast<unsigned char>(*at);
+    if (all >= 0x80) check(bytes);
+  }
 
   /// The key of some plain bytes; `previous` is the one before it. Valid until the next call but one.
   KnownKey &key(QByteArrayView bytes, KnownKey &previous);
   /// The key that most likely follows.
-  const KnownKey &likelyAfter(const KnownKey &key) const { return keys[key.next]; }
+  KnownKey &likelyAfter(const KnownKey &key) { return keys[key.next]; }
   /// A place for keys that are not remembered.
   KnownKey &anyKey() { return other; }
 
   const PropertyListCounts &counts() const { return counted; }
 
  private:
-  struct KnownText {
-    QByteArrayView bytes;
-    QString text;
-  };
   QString decodeUncounted(QByteArrayView bytes);
+  void check(QByteArrayView bytes);
 
   std::vector<KnownKey> keys;
   std::vector<KnownText> texts;
