@@ -39,6 +39,7 @@ void MainController::awakeFromNib() {
   state.view.validateProblemUI();
   state.view.selectTab(ProblemTab::Duplicates);
   state.view.showProblemWindow();
+  tellIfSettingsAreNotKept();
   if (prefs::isTrue(prefs::noScanAtStartup)) {
     loader.updateLibraryPrefsDisplay();
   } else {
@@ -74,6 +75,18 @@ void MainController::setFirstValues() {
   if (prefs::isTrue(prefs::initialSetup)) return;
   prefs::set(prefs::initialSetup, true);
   prefs::set(prefs::relatedDrawer, true);
+}
+
+void MainController::tellIfSettingsAreNotKept() {
+  QString reason;
+  if (platform().preferences->synchronize(&reason)) return;
+  BMLog("!! preferences not saved: %@", reason);
+  Alert alert;
+  alert.key = QStringLiteral("PrefsNotSavedTitle");
+  alert.title = localizedMessage(alert.key);
+  alert.message = localizedMessage(QStringLiteral("PrefsNotSavedMessage")) + QStringLiteral("\n\n") + reason;
+  alert.buttons = {localizedMessage(QStringLiteral("PrefsNotSavedOK"))};
+  state.view.runAlert(alert);
 }
 
 void MainController::doCancelOperation(const char *sender) {

@@ -52,6 +52,7 @@ class MainController {
   void logLaunch();
   bool checkMusicApplication();
   void setFirstValues();
+  void tellIfSettingsAreNotKept();
 
   AppState state;
   Operation operation;

@@ -311,6 +311,77 @@ TEST_F(Controller, ALoadThatRunsOutOfMemoryIsToldAndItsSheetEnds) {
   EXPECT_FALSE(prefs::isTrue(prefs::noSystemDeserialize));
 }
 
+TEST_F(Controller, SettingsThatCannotBeSavedAreToldAndTheScanGoesOn) {
+  putLibrary(libraryXml(3));
+  preferences.failSynchronize(QStringLiteral("disk full"));
+  launch();
+  ASSERT_TRUE(view.noted("alert PrefsNotSavedTitle"));
+  EXPECT_TRUE(view.alerts.first().message.endsWith(QStringLiteral("\n\ndisk full")));
+  EXPECT_EQ(view.scansEnded, 1);
+}
+
+TEST_F(Controller, TheProgressTellsWhatWasFoundSoFar) {
+  putLibrary(libraryXml(3));
+  const auto addUnderLock = [this](ProblemTab tab, int rows) {
+    const ObjectLock lock = controller.appState().threadLockForObject(controller.appState().lists[tab]);
+    std::lock_guard held(*lock);
+    addRows(tab, rows);
+  };
+  threads.scanLibraryForDuplicatesThread = [this, addUnderLock] {
+    OperationState &operation = controller.appState().operation;
+    addUnderLock(ProblemTab::Missing, 1);
+    addUnderLock(ProblemTab::Duplicates, 2);
+    operation.mNumberOfComparisons = 0.5;
+    platform().clock->sleep(1.2);
+    // The amount stands on a whole number: the ticks pass without a look at the lists.
+    operation.mNumberOfComparisons = 7.0;
+    platform().clock->sleep(0.6);
+    addUnderLock(ProblemTab::Orphans, 5);
+    platform().clock->sleep(1.2);
+    operation.mCompletedOperation = true;
+  };
+  launch();
+  ASSERT_FALSE(view.subTexts.isEmpty());
+  EXPECT_EQ(view.subTexts.first(), QStringLiteral("2 duplicates, 1 missing track"));
+  EXPECT_EQ(view.subTexts.last(), view.subTexts.first());
+  EXPECT_FALSE(view.progressIndeterminate);
+  EXPECT_DOUBLE_EQ(view.progressValue, 7.0);
+}
+
+TEST_F(Controller, AChosenMediaFolderIsKeptAndScannedAndAMissingOneOnlyBeeps) {
+  putLibrary(libraryXml(3));
+  launch();
+  view.chosenFolder = folder(QStringLiteral("gone"));
+  controller.chooseNewMediaFolder();
+  EXPECT_EQ(view.folderStart, services.folders.music);
+  EXPECT_TRUE(view.noted("beep"));
+  EXPECT_TRUE(preference(prefs::manualMediaPath).isNull());
+  view.chosenFolder = folder(QStringLiteral("music"));
+  controller.chooseNewMediaFolder();
+  EXPECT_EQ(prefs::text(prefs::manualMediaPath), view.chosenFolder);
+  ASSERT_TRUE(time.runUntil([this] { return view.scansEnded == 2; }));
+  EXPECT_EQ(view.mediaPath, view.chosenFolder);
+  controller.chooseNewMediaFolder();
+  EXPECT_EQ(view.folderStart, view.chosenFolder);
+}
+
+TEST_F(Controller, ALibraryIsStaleFromMoreThanHalfASecondOn) {
+  putLibrary(libraryXml(3));
+  launch();
+  std::optional<Date> &last = controller.appState().library.mLastLibraryDate;
+  const struct {
+    std::optional<double> olderBy;
+    int loads;
+  } cases[] = {{0.5, 0}, {0.0, 0}, {-9.0, 0}, {0.51, 1}, {std::nullopt, 1}};
+  for (const auto &[olderBy, loads] : cases) {
+    const Date file = *iTunesInterface::currentMusicLibraryDate();
+    last = olderBy ? std::optional(Date{file.seconds - *olderBy}) : std::nullopt;
+    view.loadedTracks = -1;
+    scanAgain();
+    EXPECT_EQ(view.loadedTracks, loads > 0 ? 3 : -1) << olderBy.value_or(-1);
+  }
+}
+
 TEST_F(Controller, TheEndRemembersTheWindowsAndClosesTheLog) {
   controller.problemWindowFrame = [] { return QStringLiteral("{{1, 2}, {3, 4}}"); };
   BMLog("something");
