@@ -6,7 +6,9 @@
 #include <QString>
 
 /// The bytes of a whole file, mapped read-only where the file system can map, else read into memory. One
-/// thread.
+/// thread. The music application replaces its files by renaming, which leaves a mapped one whole; a program
+/// that shortened the file in place while it is read would end this process (SIGBUS), so keep a mapping no
+/// longer than the reading takes.
 class MappedFile {
  public:
   MappedFile() = default;

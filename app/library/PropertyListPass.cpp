@@ -6,6 +6,7 @@
 #include <span>
 
 #include "app/library/PropertyListDate.h"
+#include "platform/HeapRoom.h"
 
 namespace {
 
@@ -17,6 +18,9 @@ const char *nextTag(const char *at, const char *end) {
   const void *found = std::memchr(at, '<', size_t(end - at));
   return found ? static_cast<const char *>(found) : end;
 }
+
+/// From this size on the tree's memory is prepared for; it is a little larger than the bytes.
+constexpr qsizetype kLarge = 8 << 20;
 
 /// Dictionaries of more entries are filled directly, with the index that they have by then.
 constexpr size_t kLongestRun = 48;
@@ -44,6 +48,8 @@ PropertyListPass::PropertyListPass(QByteArrayView data)
     : begin(data.begin()), end(data.end()), texts(data.size()), key(&texts.anyKey()) {}
 
 Value PropertyListPass::read() {
+  const qsizetype size = end - begin;
+  if (size >= kLarge) makeHeapRoom(size + size / 4);
   for (const char *at = begin; end - at > 1 && errorText.isEmpty();) at = turn(at);
   for (size_t depth = stack.size(); depth > 0; --depth) settle(stack[depth - 1]);
   if (stack.empty()) return {};
