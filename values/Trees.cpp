@@ -1,14 +1,34 @@
+#include <cmath>
 #include <vector>
 
 #include "values/Value.h"
 
 namespace {
 
-int order(auto a, auto b) { return a < b ? -1 : (b < a ? 1 : 0); }
+int order(auto a, auto b) {
+  return a < b ? -1 : (b < a ? 1 : 0);
+}
+
+/// Real numbers by worth; what is no number comes before all, so that sorting has one order.
+int orderReals(double a, double b) {
+  const bool aIsNone = std::isnan(a), bIsNone = std::isnan(b);
+  return aIsNone || bIsNone ? int(bIsNone) - int(aIsNone) : order(a, b);
+}
+
+/// By the exact worths: a conversion would make neighbours among large whole numbers equal.
+int orderMixed(qint64 whole, double real) {
+  constexpr double kBeyond = 9223372036854775808.0;
+  if (std::isnan(real)) return 1;
+  if (real >= kBeyond || real < -kBeyond) return real > 0.0 ? -1 : 1;
+  const double cut = std::trunc(real);
+  return whole != qint64(cut) ? order(whole, qint64(cut)) : order(cut, real);
+}
 
 int compareNumbers(const Value &a, const Value &b) {
-  const bool real = a.type() == Value::Type::Real || b.type() == Value::Type::Real;
-  return real ? order(a.toDouble(), b.toDouble()) : order(a.toInteger(), b.toInteger());
+  const bool aIsReal = a.type() == Value::Type::Real, bIsReal = b.type() == Value::Type::Real;
+  if (aIsReal && bIsReal) return orderReals(a.toDouble(), b.toDouble());
+  if (aIsReal) return -orderMixed(b.toInteger(), a.toDouble());
+  return bIsReal ? orderMixed(a.toInteger(), b.toDouble()) : order(a.toInteger(), b.toInteger());
 }
 
 /// One container of the source with the empty copy that waits for its members.
@@ -81,10 +101,14 @@ int compare(const Value &a, const Value &b) {
   if (a.isNumber() && b.isNumber()) return compareNumbers(a, b);
   if (a.type() != b.type()) return order(a.type(), b.type());
   switch (a.type()) {
-    case Value::Type::Text: return a.toText().compare(b.toText());
-    case Value::Type::Date: return order(a.toDate()->seconds, b.toDate()->seconds);
-    case Value::Type::Data: return a.toData().compare(b.toData());
-    default: return 0;
+    case Value::Type::Text:
+      return a.toText().compare(b.toText());
+    case Value::Type::Date:
+      return orderReals(a.toDate()->seconds, b.toDate()->seconds);
+    case Value::Type::Data:
+      return a.toData().compare(b.toData());
+    default:
+      return 0;
   }
 }
 

@@ -71,11 +71,17 @@ TEST(Trees, EqualityIsByContentAndOrderOfKeysIsNone) {
 
 TEST(Trees, LeavesRankByTypeThenWorth) {
   const Value rising[] = {{},
+                          std::nan(""),
+                          -1e300,
                           -1,
                           false,
                           0.5,
                           true,
+                          9007199254740992.0,
+                          qint64(9007199254740993),
+                          9007199254740994.0,
                           std::numeric_limits<qint64>::max(),
+                          9223372036854775808.0,
                           QStringLiteral(""),
                           QStringLiteral("B"),
                           QStringLiteral("a"),
