@@ -1,11 +1,14 @@
 #include <unistd.h>
+
 #include <QCoreApplication>
 #include <iostream>
 
 #include "ctl/CommandTable.h"
+#include "platform/HeapRoom.h"
 #include "platform/qt/QtPlatform.h"
 
 int main(int argumentCount, char *arguments[]) {
+  shareOneHeap();
   std::ios::sync_with_stdio(false);
   QCoreApplication application(argumentCount, arguments);
   BundleInformation bundle;

@@ -4,6 +4,7 @@
 #include "desktop/DesktopView.h"
 #include "desktop/GuardedApplication.h"
 #include "desktop/TerminationSignals.h"
+#include "platform/HeapRoom.h"
 #include "platform/qt/QtPlatform.h"
 #include "program/Application.h"
 #include "support/BMLog.h"
@@ -38,6 +39,7 @@ int runApplication(GuardedApplication &loop) {
 }  // namespace
 
 int main(int, char **argv) {
+  shareOneHeap();
   // The application reads no command line: the toolkit sees the program's name alone.
   int count = 1;
   char *arguments[] = {argv[0], nullptr};

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <bit>
 
 #include "values/ContainerStorage.h"
@@ -38,8 +39,14 @@ DictionaryStorage::DictionaryStorage(const DictionaryStorage &other)
 
 qsizetype DictionaryStorage::find(Key key) const {
   if (index) return index->find(entries, key);
+  // Dictionaries of one kind have their keys in one order: where this key stood last is where it mostly is.
+  static thread_local std::array<quint8, 64> lastPlaces;
+  quint8 &last = lastPlaces[key.hash() % lastPlaces.size()];
+  if (last < entries.size() && entries[last].key == key) return last;
   for (size_t entry = 0; entry < entries.size(); ++entry) {
-    if (entries[entry].key == key) return qsizetype(entry);
+    if (entries[entry].key != key) continue;
+    last = quint8(entry);
+    return qsizetype(entry);
   }
   return -1;
 }

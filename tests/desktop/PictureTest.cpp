@@ -82,7 +82,7 @@ TEST_P(Pictures, OfSheetsAndPreferences) {
   view.setLibraryPaths(
       u"/home/someone/Music/iTunes"_qs,
       u"/home/someone/Music/iTunes/iTunes Media/of/a/path/that/is/longer/than/the/window"_qs);
-  view.setLibrarySongCount(u"12,345 songs"_qs);
+  view.setLibrarySongCount(u"12,345 in the library"_qs);
   view.setSettingsNoteVisible(0, true);
   for (const char *tab : {"library", "dupe", "names"}) {
     view.revealPreferences(QLatin1String(tab));
