@@ -12,8 +12,8 @@ FormatArgument::FormatArgument(const Value &value) : held(description(value)) {}
 
 namespace {
 
-/// One place holder, taken apart.
-struct Placeholder {
+/// One place directive, taken apart.
+struct Directive {
   int place = 0;  // from 1; 0 for the next argument
   QByteArray flags;
   int width = 0, precision = -1;
@@ -32,33 +32,33 @@ int readNumber(const QString &format, qsizetype &at) {
   return number;
 }
 
-void readFlags(const QString &format, qsizetype &at, Placeholder &holder) {
+void readFlags(const QString &format, qsizetype &at, Directive &directive) {
   while (at < format.size() && QStringView(u"-+ 0#").contains(format[at])) {
-    holder.flags += char(format[at++].unicode());
+    directive.flags += char(format[at++].unicode());
   }
 }
 
 /// Reads from behind the percent sign; `at` ends behind the letter, which is 0 if the text ends first.
-Placeholder readPlaceholder(const QString &format, qsizetype &at) {
-  Placeholder holder;
-  readFlags(format, at, holder);
-  holder.width = readNumber(format, at);
+Directive readDirective(const QString &format, qsizetype &at) {
+  Directive directive;
+  readFlags(format, at, directive);
+  directive.width = readNumber(format, at);
   if (at < format.size() && format[at] == u'$') {
-    holder.place = std::exchange(holder.width, 0);
-    readFlags(format, ++at, holder);
-    holder.width = readNumber(format, at);
+    directive.place = std::exchange(directive.width, 0);
+    readFlags(format, ++at, directive);
+    directive.width = readNumber(format, at);
   }
-  if (at < format.size() && format[at] == u'.') holder.precision = readNumber(format, ++at);
+  if (at < format.size() && format[at] == u'.') directive.precision = readNumber(format, ++at);
   while (at < format.size() && QStringView(u"hlqLzjt").contains(format[at])) ++at;
-  if (at < format.size()) holder.letter = format[at++].unicode();
-  return holder;
+  if (at < format.size()) directive.letter = format[at++].unicode();
+  return directive;
 }
 
 template <class T>
-QString printed(const Placeholder &holder, const char *tail, T value) {
-  QByteArray pattern = '%' + holder.flags;
-  if (holder.width > 0) pattern += QByteArray::number(holder.width);
-  if (holder.precision >= 0) pattern += '.' + QByteArray::number(holder.precision);
+QString printed(const Directive &directive, const char *tail, T value) {
+  QByteArray pattern = '%' + directive.flags;
+  if (directive.width > 0) pattern += QByteArray::number(directive.width);
+  if (directive.precision >= 0) pattern += '.' + QByteArray::number(directive.precision);
   pattern += tail;
   std::array<char, 256> room;
   const int length = std::snprintf(room.data(), room.size(), pattern.constData(), value);
@@ -76,9 +76,9 @@ qint64 truncated(double number) {
   return qint64(number);
 }
 
-QString padded(const Placeholder &holder, QString text) {
-  if (holder.precision >= 0) text.truncate(holder.precision);
-  return holder.flags.contains('-') ? text.leftJustified(holder.width) : text.rightJustified(holder.width);
+QString padded(const Directive &directive, QString text) {
+  if (directive.precision >= 0) text.truncate(directive.precision);
+  return directive.flags.contains('-') ? text.leftJustified(directive.width) : text.rightJustified(directive.width);
 }
 
 }  // namespace
@@ -87,34 +87,34 @@ QString padded(const Placeholder &holder, QString text) {
 class FormatPrinter {
  public:
   /// Null for a letter that is none.
-  static QString print(const Placeholder &holder, const FormatArgument &argument) {
-    switch (holder.letter) {
+  static QString print(const Directive &directive, const FormatArgument &argument) {
+    switch (directive.letter) {
       case u'd':
       case u'i':
-        return printed(holder, "lld", static_cast<long long>(signedNumber(argument)));
+        return printed(directive, "lld", static_cast<long long>(signedNumber(argument)));
       case u'u':
-        return printed(holder, "llu", static_cast<unsigned long long>(unsignedNumber(argument)));
+        return printed(directive, "llu", static_cast<unsigned long long>(unsignedNumber(argument)));
       case u'x':
-        return printed(holder, "llx", static_cast<unsigned long long>(unsignedNumber(argument)));
+        return printed(directive, "llx", static_cast<unsigned long long>(unsignedNumber(argument)));
       case u'X':
-        return printed(holder, "llX", static_cast<unsigned long long>(unsignedNumber(argument)));
+        return printed(directive, "llX", static_cast<unsigned long long>(unsignedNumber(argument)));
       case u'o':
-        return printed(holder, "llo", static_cast<unsigned long long>(unsignedNumber(argument)));
+        return printed(directive, "llo", static_cast<unsigned long long>(unsignedNumber(argument)));
       case u'c':
-        return padded(holder, QString(QChar(char16_t(unsignedNumber(argument)))));
+        return padded(directive, QString(QChar(char16_t(unsignedNumber(argument)))));
       case u'e':
       case u'f':
       case u'F':
       case u'g':
       case u'G': {
-        const char letter[] = {char(holder.letter), 0};
-        return printed(holder, letter, realNumber(argument));
+        const char letter[] = {char(directive.letter), 0};
+        return printed(directive, letter, realNumber(argument));
       }
       case u'p':
-        return padded(holder, u"0x"_qs + QString::number(unsignedNumber(argument), 16));
+        return padded(directive, u"0x"_qs + QString::number(unsignedNumber(argument), 16));
       case u's':
       case u'@':
-        return padded(holder, object(argument));
+        return padded(directive, object(argument));
       default:
         return {};
     }
@@ -164,14 +164,14 @@ QString formatText(const QString &format, std::initializer_list<FormatArgument> 
     if (percent < 0) break;
     text += QStringView(format).mid(at, percent - at);
     at = percent + 1;
-    const Placeholder holder = readPlaceholder(format, at);
-    if (holder.letter == u'%') {
+    const Directive directive = readDirective(format, at);
+    if (directive.letter == u'%') {
       text += u'%';
       continue;
     }
-    const size_t index = holder.place > 0 ? size_t(holder.place - 1) : next++;
+    const size_t index = directive.place > 0 ? size_t(directive.place - 1) : next++;
     const QString printedText =
-        index < arguments.size() ? FormatPrinter::print(holder, arguments.begin()[index]) : QString();
+        index < arguments.size() ? FormatPrinter::print(directive, arguments.begin()[index]) : QString();
     if (printedText.isNull()) {
       text += QStringView(format).mid(percent, at - percent);
     } else {
