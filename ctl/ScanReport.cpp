@@ -28,8 +28,10 @@ QString timeOf(const Dictionary &row) {
 }
 
 QString sizeOf(const Dictionary &row) {
-  constexpr double kMegabyte = 1.0e6;
-  return QStringLiteral("%1 MB").arg(row.value(keys::Size).toDouble() / kMegabyte, 0, 'f', 1);
+  constexpr double kKilobyte = 1.0e3, kMegabyte = 1.0e6;
+  const double bytes = row.value(keys::Size).toDouble();
+  return bytes < kMegabyte ? QStringLiteral("%1 KB").arg(bytes / kKilobyte, 0, 'f', 0)
+                           : QStringLiteral("%1 MB").arg(bytes / kMegabyte, 0, 'f', 1);
 }
 
 QString titleOf(const Dictionary &row) {
