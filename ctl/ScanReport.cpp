@@ -30,7 +30,7 @@ QString timeOf(const Dictionary &row) {
 QString sizeOf(const Dictionary &row) {
   constexpr double kKilobyte = 1.0e3, kMegabyte = 1.0e6;
   const double bytes = row.value(keys::Size).toDouble();
-  return bytes < kMegabyte ? QStringLiteral("%1 KB").arg(bytes / kKilobyte, 0, 'f', 0)
+  return bytes < kMegabyte ? QStringLiteral("%1 kB").arg(bytes / kKilobyte, 0, 'f', 0)
                            : QStringLiteral("%1 MB").arg(bytes / kMegabyte, 0, 'f', 1);
 }
 
