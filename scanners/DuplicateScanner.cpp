@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include "app/state/AppState.h"
+#include "bridge/LocalizedMessage.h"
 #include "platform/Platform.h"
 #include "scanners/DuplicateFinder.h"
 #include "support/BMLog.h"
@@ -31,16 +32,23 @@ class ProgressLog {
   double next;
 };
 
+/// What the exception being handled says of itself.
+QString currentExceptionText() {
+  try {
+    throw;
+  } catch (const std::exception &exception) {
+    return QString::fromUtf8(exception.what());
+  } catch (...) {
+    return QStringLiteral("unknown exception");
+  }
+}
+
 std::vector<Dictionary> guardedGroupOf(DuplicateFinder &finder, const Array &tracks, quint32 seed) {
-  QString what;
   try {
     return finder.groupOf(seed);
-  } catch (const std::exception &exception) {
-    what = QString::fromUtf8(exception.what());
   } catch (...) {
-    what = QStringLiteral("unknown exception");
+    BMLog("EXCEPTION duplicates %@ for %@", currentExceptionText(), tracks.at(seed));
   }
-  BMLog("EXCEPTION duplicates %@ for %@", what, tracks.at(seed));
   return {};
 }
 
@@ -52,8 +60,11 @@ DuplicateScanner::DuplicateScanner(AppState &appState)
 void DuplicateScanner::scanLibraryForDuplicatesThread() {
   try {
     scan();
-  } catch (const std::exception &exception) {
-    BMLog("!!! scanLibraryForDuplicatesThread ended by %@", exception.what());
+  } catch (...) {
+    // Not one seed but the scan itself failed, for lack of memory: a short list must not look complete.
+    const QString what = currentExceptionText();
+    BMLog("!!! scanLibraryForDuplicatesThread ended by %@", what);
+    state.operation.setCancelOperationReason(localizedMessage(QStringLiteral("ScanFailedMessage"), what));
   }
   state.operation.mCompletedOperation = true;
 }

@@ -44,6 +44,29 @@ TEST_F(DuplicateScan, WindowAndLimitIncludeTheirEnds) {
   }
 }
 
+TEST_F(DuplicateScan, KindAndSizeAreEachComparedByTheirOwnSetting) {
+  const Dictionary first = add(u"A", u"x", u"y", 100000), second = add(u"B", u"x", u"y", 100000);
+  first.set(keys::Kind, QStringLiteral("MPEG audio file"));
+  second.set(keys::Kind, QStringLiteral("AAC audio file"));
+  first.set(keys::Size, 5000);
+  second.set(keys::Size, 5000);
+  setPreference(prefs::matchFileSize, true);
+  EXPECT_EQ(scan(), QStringLiteral("1:A,B"));
+  setPreference(prefs::matchFileSize, false);
+  setPreference(prefs::matchFileKind, true);
+  state.lists.mDuplicateSongDicts = Array::make();
+  state.operation.mNumberOfScannedPaths = 0;
+  EXPECT_EQ(scan(), QString());
+}
+
+TEST_F(DuplicateScan, ACancelledScanSaysSo) {
+  add(u"A", u"x", u"y", 100000);
+  state.operation.mCancelOperation = true;
+  scan();
+  EXPECT_TRUE(logContains(QStringLiteral("CANCELLED scanLibraryForDuplicatesThread")));
+  EXPECT_FALSE(logContains(QStringLiteral("Completed scanLibraryForDuplicatesThread")));
+}
+
 TEST_F(DuplicateScan, GroupIsAStarAroundItsSeed) {
   add(u"A", u"x", u"y", 100000);
   add(u"B", u"x", u"y", 109000);
