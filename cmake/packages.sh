@@ -8,6 +8,8 @@ build_packages=(
   libgtest-dev libbenchmark-dev
   fonts-dejavu-core
 )
+# Only the tests need this: an independent player for the demo library's files.
+test_packages=(ffmpeg)
 # Only a desktop without X needs this.
 wayland_packages=(qt6-wayland)
 # Only the fuzz targets need these.
