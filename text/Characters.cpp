@@ -38,6 +38,10 @@ QString capitalizedString(const QString &text) {
   return result;
 }
 
+QString capitalizedPhraseString(const QString &text) {
+  return text.size() < 2 ? text : text.left(1).toUpper() + text.mid(1).toLower();
+}
+
 QString correctedCaseString(const QString &text) {
   return text == text.toLower() || text == text.toUpper() ? capitalizedString(text) : text;
 }

@@ -8,6 +8,9 @@ QString stringByDeletingCharactersInSet(const QString &text, const QString &set)
 /// The first character of each word in upper case, the rest in lower; a word is a run without white space.
 QString capitalizedString(const QString &text);
 
+/// The first 16-bit unit in upper case, all the rest in lower; a text of fewer than 2 units as it is.
+QString capitalizedPhraseString(const QString &text);
+
 /// A text all in lower case, or all in upper, as `capitalizedString` has it; others unchanged.
 QString correctedCaseString(const QString &text);
 

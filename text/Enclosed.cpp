@@ -18,3 +18,8 @@ QString stringWithStrippedBracketedText(const QString &text) {
 QString stringWithStrippedParenthesizedText(const QString &text) {
   return stringWithStrippedEnclosedByCharToChar(text, u'(', u')');
 }
+
+QString stringByRemovingSurroundingQuotes(const QString &text) {
+  const bool isQuoted = text.size() >= 3 && text.startsWith(u'"') && text.endsWith(u'"');
+  return isQuoted ? text.mid(1, text.size() - 2) : text;
+}

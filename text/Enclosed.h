@@ -10,3 +10,8 @@ QString stringWithStrippedEnclosedByCharToChar(const QString &text, QChar openin
 QString stringWithStrippedBracketedText(const QString &text);
 /// From "(" to ")".
 QString stringWithStrippedParenthesizedText(const QString &text);
+
+/// A text of 3 characters or more without the double quotes at both its ends; a text without them at both,
+/// and
+/// "" with nothing between, as it is.
+QString stringByRemovingSurroundingQuotes(const QString &text);
