@@ -105,6 +105,8 @@ void MainController::applicationWillTerminate() {
   ended = true;
   storeText(prefs::prefsWindowOrigin, prefsWindowOrigin);
   storeText(prefs::problemWinFrame, problemWindowFrame);
+  state.ignoredDuplicates.writeIgnoredDuplicatePIDs();
+  state.untrustedLocations.writeUntrustedLocationPIDsArray();
   prefs::synchronize();
   BMLogFlushFinal(!state.mIsRestarting);
 }

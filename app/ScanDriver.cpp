@@ -245,6 +245,9 @@ void ScanDriver::revealFoundProblems(bool afterScan) {
     }
     state.view.selectTab(first);
   }
+  // Groups of songs that differ in title or artist are left to the user's own eyes.
+  const bool looseGroups = prefs::isTrue(prefs::noMatchTitle) || prefs::isTrue(prefs::noMatchArtist);
+  if (afterScan && !looseGroups) state.commands->doAutomark();
   state.view.validateProblemUI();
   const bool showsDuplicates = afterScan && !state.mWantsToTerminate &&
                                state.view.currentTab() == ProblemTab::Duplicates &&

@@ -41,6 +41,8 @@ class TerminalView : public ProblemView {
   void reloadTable(ProblemTab) override {}
   void rememberSelection() override {}
   void restoreSelection() override {}
+  std::vector<Dictionary> selectedRows(ProblemTab) const override { return {}; }
+  void selectRows(ProblemTab, const std::vector<Dictionary> &) override {}
   ProblemTab currentTab() const override { return tab; }
   void selectTab(ProblemTab newTab) override { tab = newTab; }
   void setTabLabel(ProblemTab, const QString &) override {}

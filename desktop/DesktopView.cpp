@@ -180,6 +180,12 @@ void DesktopView::rememberSelection() {
 void DesktopView::restoreSelection() {
   window->restoreSelection();
 }
+std::vector<Dictionary> DesktopView::selectedRows(ProblemTab tab) const {
+  return window->page(tab).table().selection();
+}
+void DesktopView::selectRows(ProblemTab tab, const std::vector<Dictionary> &rows) {
+  window->page(tab).table().select(rows);
+}
 ProblemTab DesktopView::currentTab() const {
   return window->currentTab();
 }

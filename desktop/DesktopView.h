@@ -48,6 +48,8 @@ class DesktopView : public ProblemView {
   void reloadTable(ProblemTab tab) override;
   void rememberSelection() override;
   void restoreSelection() override;
+  std::vector<Dictionary> selectedRows(ProblemTab tab) const override;
+  void selectRows(ProblemTab tab, const std::vector<Dictionary> &rows) override;
   ProblemTab currentTab() const override;
   void selectTab(ProblemTab tab) override;
   void setTabLabel(ProblemTab tab, const QString &label) override;

@@ -1,15 +1,23 @@
 #include "program/Application.h"
 
-#include "scanners/DuplicateGroups.h"
-
-Application::Application(ProblemView &view) : main(view), duplicateScanner(main.appState()) {
+Application::Application(ProblemView &view)
+    : main(view),
+      duplicateScanner(main.appState()),
+      nameScanner(main.appState(), names),
+      groups(main.appState()),
+      marks(main.appState(), groups),
+      tables(main.appState(), groups, names, PrefsController::resources()) {
   main.appState().commands = this;
+  duplicateScanner.setIgnoredDuplicates(
+      [this](const QString &pid) { return state().ignoredDuplicates.ignoredDuplicatesForPID(pid); });
   ScanThreads threads;
   threads.scanLibraryForDuplicatesThread = [this] { duplicateScanner.scanLibraryForDuplicatesThread(); };
-  // The names and the files have no scanner: their threads end at once and find nothing.
   threads.scanLibraryForInconsistentNamesThread = [this] {
-    main.appState().operation.mCompletedFindInconsistentNames = true;
+    // The names of the table are known by keys that follow the spelling equivalences in force.
+    names.setResources(PrefsController::resources());
+    nameScanner.scanLibraryForInconsistentNamesThread();
   };
+  // The files have no scanner: their thread ends at once and finds nothing.
   threads.scanLibraryForMissingAndOrphansThread = [this] {
     main.appState().operation.mCompletedFindMissingAndOrphans = true;
   };
@@ -33,7 +41,19 @@ void Application::doFindProblems() {
 }
 
 void Application::setStripesForDupesFromIndex(qint32 index) {
-  ::setStripesForDupesFromIndex(main.appState(), index);
+  groups.setStripesForDupesFromIndex(index);
+}
+
+void Application::doAutomark() {
+  marks.doAutomark();
+}
+
+void Application::noteAppliedAutomarkValues() {
+  main.prefsController().noteAppliedAutomarkValues();
+}
+
+void Application::updateProblemNumbers() {
+  main.scanDriver().updateProblemNumbers();
 }
 
 void Application::revealPreferencesTab(const QString &identifier) {

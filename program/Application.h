@@ -2,10 +2,15 @@
 
 #include "app/MainController.h"
 #include "app/state/Commands.h"
+#include "repairs/Automark.h"
+#include "scanners/DuplicateGroups.h"
 #include "scanners/DuplicateScanner.h"
+#include "scanners/InconNameController.h"
+#include "scanners/InconsistentNameScanner.h"
+#include "ui/ProblemTables.h"
 
-/// One application put together: the controller with its scanners, and the commands between the rooms. Made
-/// behind `setPlatform`; the view outlives it. Main thread.
+/// One application put together: the controller with its scanners, repairs and tables, and the commands
+/// between the rooms. Made behind `setPlatform`; the view outlives it. Main thread.
 class Application : public Commands {
  public:
   explicit Application(ProblemView &view);
@@ -15,15 +20,27 @@ class Application : public Commands {
 
   MainController &controller() { return main; }
   AppState &state() { return main.appState(); }
+  DuplicateGroups &duplicateGroups() { return groups; }
+  Automark &automark() { return marks; }
+  ProblemTables &problemTables() { return tables; }
+  const InconNameController &inconNameController() const { return names; }
 
   void doGetDefaultLibraryWhenNewerThan(std::optional<Date> date) override;
   void reloadLibraryAndScan() override;
   void doFindProblems() override;
   void setStripesForDupesFromIndex(qint32 index) override;
+  void doAutomark() override;
+  void noteAppliedAutomarkValues() override;
+  void updateProblemNumbers() override;
   void revealPreferencesTab(const QString &identifier) override;
   void customTerminate() override;
 
  private:
   MainController main;
+  InconNameController names;
   DuplicateScanner duplicateScanner;
+  InconsistentNameScanner nameScanner;
+  DuplicateGroups groups;
+  Automark marks;
+  ProblemTables tables;
 };

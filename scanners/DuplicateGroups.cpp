@@ -3,7 +3,7 @@
 #include "app/state/AppState.h"
 #include "values/Keys.h"
 
-void setStripesForDupesFromIndex(AppState &state, qint32 index) {
+void DuplicateGroups::setStripesForDupesFromIndex(qint32 index) {
   const Array &rows = state.lists.mDuplicateSongDicts;
   bool stripe = false;
   qint32 group = 1;

@@ -66,6 +66,26 @@ inline const Key markInfo{u"markInfo"};
 inline const Key markAudio{u"markAudio"};
 inline const Key RKIsArtistMatched{u"RKIsArtistMatched"};
 inline const Key RKIsAlbumMatched{u"RKIsAlbumMatched"};
+inline const Key metaphoneNoMinorWordsArtist{u"metaphoneNoMinorWordsArtist"};
+inline const Key simplifiedAlbumArtist{u"simplifiedAlbum Artist"};
+inline const Key metaphoneNoMinorWordsAlbumArtist{u"metaphoneNoMinorWordsAlbum Artist"};
+
+// What the tables show of a row and no library holds: worked out on first display and kept in the row.
+inline const Key calc_rating{u"calc_rating"};
+inline const Key calc_humanTime{u"calc_humanTime"};
+inline const Key calc_trackOfTotal{u"calc_trackOfTotal"};
+inline const Key calc_type{u"calc_type"};
+inline const Key calc_inconsistentName{u"calc_inconsistentName"};
+/// The same without their prefix, as the pane of related tracks keeps them.
+inline const Key humanTime{u"humanTime"};
+inline const Key trackOfTotal{u"trackOfTotal"};
+inline const Key type{u"type"};
+
+// A row of names that are spelled in more than one way.
+inline const Key inconType{u"inconType"};
+inline const Key inconSongs{u"inconSongs"};
+inline const Key inconPref{u"inconPref"};
+inline const Key RKInconsistentSongSourceIndex{u"RKInconsistentSongSourceIndex"};
 
 // A playlist.
 inline const Key PlaylistPersistentID{u"Playlist Persistent ID"};
@@ -78,5 +98,8 @@ inline const Key Master{u"Master"};
 inline const Key simplifiers{u"simplifiers"};
 inline const Key ignoreKinds{u"ignoreKinds"};
 inline const Key ignoreKindSubstrings{u"ignoreKindSubstrings"};
+inline const Key kinds{u"kinds"};
+inline const Key oddNameArtists{u"oddNameArtists"};
+inline const Key oddNameAlbums{u"oddNameAlbums"};
 
 }  // namespace keys

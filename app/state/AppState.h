@@ -7,8 +7,10 @@
 #include <optional>
 #include <vector>
 
+#include "app/state/IgnoredDuplicates.h"
 #include "app/state/ObjectLocks.h"
 #include "app/state/ProblemView.h"
+#include "app/state/UntrustedLocations.h"
 #include "support/Workers.h"
 #include "values/Value.h"
 
@@ -83,6 +85,7 @@ struct OperationState {
 /// What every room of the application knows. Owned by `MainController`; outlives all workers.
 struct AppState {
   explicit AppState(ProblemView &problemView) : view(problemView) {}
+  AppState(const AppState &) = delete;
 
   ProblemView &view;
   /// Set once while the application is put together.
@@ -90,6 +93,8 @@ struct AppState {
   LibraryState library;
   ProblemLists lists;
   OperationState operation;
+  IgnoredDuplicates ignoredDuplicates{*this};
+  UntrustedLocations untrustedLocations{*this};
   ObjectLocks locks;
   Workers workers;
 

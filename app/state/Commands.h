@@ -17,6 +17,13 @@ class Commands {
   virtual void doFindProblems() = 0;
   /// Gives each duplicate group from a row on its stripe.
   virtual void setStripesForDupesFromIndex(qint32 index) = 0;
+  /// Chooses the row of the information and the row of the audio in each duplicate group, or in those that
+  /// two or more selected rows belong to.
+  virtual void doAutomark() = 0;
+  /// Notes that the settings of the marks have been applied as they are now.
+  virtual void noteAppliedAutomarkValues() = 0;
+  /// Shows the counts of the four lists on their tabs.
+  virtual void updateProblemNumbers() = 0;
   /// Shows the preferences window at a tab.
   virtual void revealPreferencesTab(const QString &identifier) = 0;
   /// Ends the application by the user's will.

@@ -3,6 +3,9 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <vector>
+
+#include "values/Value.h"
 
 /// The four kinds of problem, in the order of their tabs.
 enum class ProblemTab { Duplicates, Names, Orphans, Missing };
@@ -55,6 +58,10 @@ class ProblemView {
   virtual void reloadTable(ProblemTab tab) = 0;
   virtual void rememberSelection() = 0;
   virtual void restoreSelection() = 0;
+  /// The selected rows of a table by reference, top first.
+  virtual std::vector<Dictionary> selectedRows(ProblemTab tab) const = 0;
+  /// Selects those of the rows that are in the table's list, by identity, and no others.
+  virtual void selectRows(ProblemTab tab, const std::vector<Dictionary> &rows) = 0;
   virtual ProblemTab currentTab() const = 0;
   virtual void selectTab(ProblemTab tab) = 0;
   virtual void setTabLabel(ProblemTab tab, const QString &label) = 0;

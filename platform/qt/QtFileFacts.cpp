@@ -15,3 +15,9 @@ std::optional<Date> QtFileFacts::modificationDate(const QString &path) const {
   const double wholeSeconds = double(facts.st_mtim.tv_sec) - Date::kUnixOffset;
   return Date{wholeSeconds + double(facts.st_mtim.tv_nsec) * 1e-9};
 }
+
+std::optional<qint64> QtFileFacts::fileSize(const QString &path) const {
+  struct stat facts = {};
+  if (::stat(QFile::encodeName(path).constData(), &facts) != 0) return std::nullopt;
+  return S_ISREG(facts.st_mode) ? qint64(facts.st_size) : -1;
+}

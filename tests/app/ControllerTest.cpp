@@ -75,10 +75,14 @@ class Controller : public TestPlatform, public Commands {
   void reloadLibraryAndScan() override { controller.scanDriver().reloadLibraryAndScan(); }
   void doFindProblems() override { controller.scanDriver().doFindProblems(); }
   void setStripesForDupesFromIndex(qint32) override {}
+  void doAutomark() override { ++automarks; }
+  void noteAppliedAutomarkValues() override {}
+  void updateProblemNumbers() override {}
   void revealPreferencesTab(const QString &) override {}
   void customTerminate() override {}
 
   ScriptedView view;
+  int automarks = 0;
   MainController controller;
   ScanThreads threads;
   const QString libraryFile = QStringLiteral("home/Music/iTunes/iTunes Library.xml");

@@ -4,11 +4,11 @@
 
 namespace {
 
-class DuplicateGroups : public ScanFixture {
+class DuplicateGroupsTest : public ScanFixture {
  protected:
-  void setGroups(std::initializer_list<int> groups) {
+  void setGroups(std::initializer_list<int> numbers) {
     state.lists.mDuplicateSongDicts = Array::make();
-    for (const int group : groups) {
+    for (const int group : numbers) {
       const Dictionary row = Dictionary::make();
       row.set(keys::DupeGroup, group);
       state.lists.mDuplicateSongDicts.append(row);
@@ -22,24 +22,26 @@ class DuplicateGroups : public ScanFixture {
     }
     return text;
   }
+
+  DuplicateGroups groups{state};
 };
 
-TEST_F(DuplicateGroups, StripesAlternateBetweenGroups) {
+TEST_F(DuplicateGroupsTest, StripesAlternateBetweenGroups) {
   setGroups({1, 1, 2, 2, 2, 5, 5});
-  setStripesForDupesFromIndex(state, 0);
+  groups.setStripesForDupesFromIndex(0);
   EXPECT_EQ(stripes(), QStringLiteral("--###--"));
   setGroups({4, 4, 5});
-  setStripesForDupesFromIndex(state, -1);
+  groups.setStripesForDupesFromIndex(-1);
   EXPECT_EQ(stripes(), QStringLiteral("##-"));
 }
 
-TEST_F(DuplicateGroups, StripesGoOnFromTheRowBeforeAndNeverPastTheEnd) {
+TEST_F(DuplicateGroupsTest, StripesGoOnFromTheRowBeforeAndNeverPastTheEnd) {
   setGroups({1, 1, 2, 3});
-  setStripesForDupesFromIndex(state, 4);
-  setStripesForDupesFromIndex(state, 9);
+  groups.setStripesForDupesFromIndex(4);
+  groups.setStripesForDupesFromIndex(9);
   EXPECT_EQ(stripes(), QStringLiteral("????"));
   state.lists.mDuplicateSongDicts.at(1).toDictionary().set(keys::UIStripe, true);
-  setStripesForDupesFromIndex(state, 2);
+  groups.setStripesForDupesFromIndex(2);
   EXPECT_EQ(stripes(), QStringLiteral("?#-#"));
 }
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "values/Value.h"
+
+/// The table "kinds" of the resources: which pieces of a "Kind" text tell which kind of file. Unchangeable
+/// once made; any thread.
+class FileKinds {
+ public:
+  struct Match {
+    /// The table's key, a decimal text: the number of the kind.
+    QString key;
+    /// The piece that was found.
+    QString piece;
+  };
+
+  explicit FileKinds(const Dictionary &kinds);
+
+  /// The first piece found in the text. Lists of pieces go first, in their letters' case; then single pieces
+  /// whatever their case; each from the table's last key to its first, and in a list from the last piece.
+  std::optional<Match> matchOf(const QString &kind) const;
+  /// The number of the kind; -1 if no piece is found.
+  qint32 numberOf(const QString &kind) const;
+
+ private:
+  Dictionary table;
+};
