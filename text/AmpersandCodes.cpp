@@ -23,6 +23,17 @@ char16_t codeOfName(QStringView name) {
   return found == codes.end() ? char16_t(0) : found->second;
 }
 
+/// The name of a code; where the table has two, the later one. Empty for a code without a name.
+std::u16string_view nameOfCode(char16_t code) {
+  static const auto names = [] {
+    std::unordered_map<char32_t, std::u16string_view> made(kEntityTable.size());
+    for (const EntityRow &row : kEntityTable) made[row.code] = row.name;
+    return made;
+  }();
+  const auto found = names.find(code);
+  return found == names.end() ? std::u16string_view() : found->second;
+}
+
 int digitOf(QChar digit) {
   const char16_t unit = digit.unicode();
   if (unit >= u'0' && unit <= u'9') return unit - u'0';
@@ -83,4 +94,21 @@ QString stringByReplacingAmpersandCodes(const QString &text) {
     at = text.indexOf(u'&', entity.code != 0 ? copied : at + 1);
   }
   return result.append(QStringView(text).mid(copied));
+}
+
+QString stringByInsertingAmpersandCodes(const QString &text) {
+  constexpr char16_t kLastPlain = 126;
+  QString result;
+  result.reserve(text.size());
+  for (const QChar unit : text) {
+    const char16_t code = unit.unicode();
+    if (code <= kLastPlain) {
+      result += unit;
+    } else if (const QStringView name(nameOfCode(code)); !name.isEmpty()) {
+      result.append(u'&').append(name).append(u';');
+    } else {
+      result.append(u'&').append(QString::number(code)).append(u';');
+    }
+  }
+  return result;
 }

@@ -19,3 +19,7 @@ AmpersandCode ampersandCodeEquivalentAtIndexCodeLength(QStringView text, qsizety
 /// The text with every character entity replaced by its character. What is no entity stays as it is; a text
 /// without an ampersand is returned itself. Any thread.
 QString stringByReplacingAmpersandCodes(const QString &text);
+
+/// The text with each code unit above 126 as an entity: "&name;", or "&decimal;" for a code without a name.
+/// The latter, without a "#", is for reading, not for the decoder. Any thread.
+QString stringByInsertingAmpersandCodes(const QString &text);

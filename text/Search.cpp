@@ -59,3 +59,12 @@ QString replacingFolded(const QString &text, const QString &folded, const QStrin
 bool containsString(const QString &text, const QString &other) {
   return !other.isEmpty() && indexOfFolded(foldedCase(text), foldedCase(other), 0) >= 0;
 }
+
+QString stringByReplacingOccurrencesOfStringWithStringOptions(const QString &text, const QString &target,
+                                                              const QString &replacement,
+                                                              SearchOption option) {
+  if (target.isEmpty()) return text;
+  if (option == SearchOption::CaseInsensitive) return replacingFolded(text, foldedCase(target), replacement);
+  QString replaced = text;
+  return replaced.replace(target, replacement);
+}

@@ -11,3 +11,13 @@ QString replacingFolded(const QString &text, const QString &folded, const QStrin
 
 /// True if `other` occurs in the text, whatever its case. An absent (null) or empty `other` never does.
 bool containsString(const QString &text, const QString &other);
+
+/// How a text is looked for.
+enum class SearchOption { Literal, CaseInsensitive };
+
+/// The text with every occurrence of `target` replaced, from the front; what was put in is not looked at
+/// again. The text itself if `target` is absent (null), empty or not found; an absent `replacement` is an
+/// empty one. Case folds one to one. Any thread.
+QString stringByReplacingOccurrencesOfStringWithStringOptions(const QString &text, const QString &target,
+                                                              const QString &replacement,
+                                                              SearchOption option);

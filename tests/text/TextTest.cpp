@@ -2,8 +2,10 @@
 #include "text/AmpersandCodes.h"
 #include "text/Characters.h"
 #include "text/Enclosed.h"
+#include "text/Html.h"
 #include "text/PlistDate.h"
 #include "text/Search.h"
+#include "text/Whitespace.h"
 #include "text/Words.h"
 
 namespace {
@@ -24,6 +26,29 @@ TEST(AmpersandCodes, OnlyEntitiesAreDecoded) {
                {u"&&lt;&", u"&<&"}};
   for (const auto &[text, decoded] : cases)
     EXPECT_EQ(stringByReplacingAmpersandCodes(QString::fromUtf16(text)), QString::fromUtf16(decoded));
+}
+
+TEST(AmpersandCodes, UnitsAboveTheTildeAreEncoded) {
+  const std::pair<const char16_t *, const char16_t *> cases[] = {{u"", u""},
+                                                                 {u"<a & b>~", u"<a & b>~"},
+                                                                 {u"é\u0100\u007F", u"&eacute;&256;&127;"},
+                                                                 {u"¹²", u"&supl;&sup2;"},
+                                                                 {u"\U0001F600", u"&55357;&56832;"}};
+  for (const auto &[text, encoded] : cases)
+    EXPECT_EQ(stringByInsertingAmpersandCodes(QString::fromUtf16(text)), QString::fromUtf16(encoded));
+}
+
+TEST(Html, TagsBecomeLines) {
+  const std::pair<const char16_t *, const char16_t *> cases[] = {
+      {u"", u""},
+      {u"a\r\n\t     b", u"a b"},
+      {u"a<BR>b<br/>c<Br />d", u"a\nb\nc\nd"},
+      {u"<p>One</p>\n<P>Two</P><p>Three", u"One\n\nTwo\n\nThree"},
+      {u"a<br><br> <br><br><br>b", u"a\n\nb"},
+      {u"<b>R&amp;B</b> &lt;br&gt; <i x=\"1\">live", u"R&B <br> live"},
+      {u"a < b", u"a < b"}};
+  for (const auto &[html, text] : cases)
+    EXPECT_EQ(stringFlowedFromHTML(QString::fromUtf16(html)), QString::fromUtf16(text));
 }
 
 TEST(PlistDate, FieldsAreReadByPlaceAndTestedLoosely) {
@@ -58,6 +83,56 @@ TEST(Search, FoldingIsOneToOne) {
   EXPECT_FALSE(containsString(QStringLiteral("straße"), QStringLiteral("STRASSE")));
   EXPECT_FALSE(containsString(QStringLiteral("Bjo\u0308rk"), QStringLiteral("björk")));
   EXPECT_FALSE(containsString(QStringLiteral("a"), QString()));
+}
+
+TEST(Search, ReplacingGoesOverTheWholeText) {
+  const auto replaced = [](const char16_t *target, const QString &replacement, SearchOption option) {
+    return stringByReplacingOccurrencesOfStringWithStringOptions(
+        QStringLiteral("Aba aBA"), target ? QString::fromUtf16(target) : QString(), replacement, option);
+  };
+  EXPECT_EQ(replaced(u"a", QStringLiteral("aa"), SearchOption::Literal), QStringLiteral("Abaa aaBA"));
+  EXPECT_EQ(replaced(u"A", QStringLiteral("x"), SearchOption::CaseInsensitive), QStringLiteral("xbx xBx"));
+  EXPECT_EQ(replaced(u"a", QString(), SearchOption::Literal), QStringLiteral("Ab BA"));
+  for (const auto *absent : {static_cast<const char16_t *>(nullptr), u"", u"c"})
+    EXPECT_EQ(replaced(absent, QStringLiteral("x"), SearchOption::Literal), QStringLiteral("Aba aBA"));
+}
+
+TEST(Whitespace, LineBreaksAreNotTrimmed) {
+  const std::pair<const char16_t *, const char16_t *> cases[] = {{u" \t\u00A0\u3000a b \u2003", u"a b"},
+                                                                 {u" \n a \n", u"\n a \n"},
+                                                                 {u" \t", u""},
+                                                                 {u"\u200Ba", u"\u200Ba"}};
+  for (const auto &[text, trimmed] : cases)
+    EXPECT_EQ(trimmedOfWhitespace(QString::fromUtf16(text)), QString::fromUtf16(trimmed));
+}
+
+TEST(Whitespace, OnlyTwoBlanksInARowAreRedundant) {
+  EXPECT_TRUE(containsRedundantWhitespace(QStringLiteral("a  b")));
+  for (const auto *text : {u"", u" a b ", u"a\t\tb", u"a \u00A0b"})
+    EXPECT_FALSE(containsRedundantWhitespace(QString::fromUtf16(text)));
+}
+
+TEST(Whitespace, InvisibleCharactersAreShown) {
+  const QString hidden = QStringLiteral("\uFEFFa\u200Bb\u200C\u200D"),
+                plain = QStringLiteral("a\u2060b\u00AD");
+  EXPECT_TRUE(containsZeroWidthCharacter(hidden));
+  EXPECT_EQ(stringWithVisibleZeroWidthCharacters(hidden), QStringLiteral("\u2423a\u2423b\u2423\u2423"));
+  EXPECT_FALSE(containsZeroWidthCharacter(plain));
+  EXPECT_EQ(stringWithVisibleZeroWidthCharacters(plain), plain);
+}
+
+TEST(Enclosed, OnlyAPairOfQuotesAroundSomethingGoes) {
+  const std::pair<const char16_t *, const char16_t *> cases[] = {
+      {u"\"a\"", u"a"}, {u"\"\"", u"\"\""}, {u"\"\"\"", u"\""}, {u"\"ab", u"\"ab"}, {u"'a'", u"'a'"}};
+  for (const auto &[text, bare] : cases)
+    EXPECT_EQ(stringByRemovingSurroundingQuotes(QString::fromUtf16(text)), QString::fromUtf16(bare));
+}
+
+TEST(Characters, OnlyThePhrasesFirstUnitIsUpperCase) {
+  const std::pair<const char16_t *, const char16_t *> cases[] = {
+      {u"", u""}, {u"a", u"a"}, {u"hELLO wORLD", u"Hello world"}, {u"éCOLE", u"École"}, {u" ABC", u" abc"}};
+  for (const auto &[text, capitalized] : cases)
+    EXPECT_EQ(capitalizedPhraseString(QString::fromUtf16(text)), QString::fromUtf16(capitalized));
 }
 
 TEST(Characters, CaseAndOrder) {
