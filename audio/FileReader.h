@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// Reads ranges of one file. Only regular files open: a pipe or a device would hold up its reader. One
+/// thread.
+class FileReader {
+ public:
+  FileReader() = default;
+  explicit FileReader(const QString &path) { open(path); }
+  FileReader(const FileReader &) = delete;
+  ~FileReader() { close(); }
+
+  bool open(const QString &path);
+  void close();
+  bool isOpen() const { return descriptor >= 0; }
+  /// The size when the file was opened, in bytes; 0 for a closed file.
+  qint64 size() const { return fileSize; }
+
+  /// Up to `length` bytes from an offset: fewer at the file's end, none outside or on a failure. Asks for no
+  /// more memory than the file had bytes when it was opened.
+  QByteArray read(qint64 offset, qint64 length) const;
+
+ private:
+  int descriptor = -1;
+  qint64 fileSize = 0;
+};
