@@ -54,7 +54,8 @@ class InconNameController {
  private:
   struct OddName {
     QString artist;
-    QStringList albums;
+    /// By the simplified album.
+    QHash<QString, QString> albums;
   };
   std::optional<QString> exceptionFor(const Dictionary &row) const;
 

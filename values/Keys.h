@@ -86,6 +86,9 @@ inline const Key inconType{u"inconType"};
 inline const Key inconSongs{u"inconSongs"};
 inline const Key inconPref{u"inconPref"};
 inline const Key RKInconsistentSongSourceIndex{u"RKInconsistentSongSourceIndex"};
+/// A run of the shown text of such a row.
+inline const Key runText{u"text"};
+inline const Key runIsBold{u"bold"};
 
 // A playlist.
 inline const Key PlaylistPersistentID{u"Playlist Persistent ID"};
