@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QStringList>
-
 #include "app/library/CalculatedValues.h"
 #include "app/state/ProblemView.h"
 #include "scanners/InconNameController.h"
+#include "ui/MarkedGroups.h"
 
 struct AppState;
 class DuplicateGroups;
@@ -33,7 +32,7 @@ class ProblemTables {
   /// The value of a cell; null outside the list. Takes the list's lock.
   Value tableViewObjectValueForTableColumnRow(ProblemTab tab, Key column, qsizetype row) const;
   /// A click on a mark: stores it, keeps the group's marks consistent and the view up to date. Beeps and does
-  /// nothing while an operation runs.
+  /// nothing while the window has a sheet. Does nothing for columns that are no marks.
   void tableViewSetObjectValueForTableColumnRow(ProblemTab tab, const Value &value, Key column,
                                                 qsizetype row);
   /// True for a row on the darker ground.
@@ -45,15 +44,19 @@ class ProblemTables {
   /// The same by the index of a song of the row, for menus and keys.
   void choosePreferredSong(qsizetype row, qint32 songIndex);
 
-  /// The states after any change of selection, tab or marks.
-  ProblemUIStates validateProblemUI() const;
+  /// The states after any change of selection, tab or marks. With `marksAreUnchanged` the answer about marks
+  /// of the last time stands, as long as it is about the same list.
+  ProblemUIStates validateProblemUI(bool marksAreUnchanged = false);
 
  private:
-  void afterUserChoice(const Dictionary &row);
-  bool anyGroupIsMarked() const;
+  Dictionary rowOf(ProblemTab tab, qsizetype row) const;
+  void afterUserChoice(const Dictionary &row, qsizetype index);
 
   AppState &state;
   DuplicateGroups &groups;
   const InconNameController &mInconNameController;
   CalculatedValues calculatedValues;
+  MarkedGroups markedGroups;
+  /// The marks have changed by a click that `markedGroups` has been told of.
+  bool tellingOfClick = false;
 };

@@ -56,10 +56,13 @@ class ProblemView {
 
   /// The tables. Reloading reads the list anew; remembering and restoring go by row identity.
   virtual void reloadTable(ProblemTab tab) = 0;
+  /// The same when only rows from `first` to before `end` show something new.
+  virtual void reloadRows(ProblemTab tab, qsizetype /*first*/, qsizetype /*end*/) { reloadTable(tab); }
   virtual void rememberSelection() = 0;
   virtual void restoreSelection() = 0;
   /// The selected rows of a table by reference, top first.
   virtual std::vector<Dictionary> selectedRows(ProblemTab tab) const = 0;
+  virtual qsizetype selectedRowCount(ProblemTab tab) const { return qsizetype(selectedRows(tab).size()); }
   /// Selects those of the rows that are in the table's list, by identity, and no others.
   virtual void selectRows(ProblemTab tab, const std::vector<Dictionary> &rows) = 0;
   virtual ProblemTab currentTab() const = 0;
