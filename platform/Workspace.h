@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// The user's session and its applications. Any thread.
 class Workspace {
@@ -10,4 +11,12 @@ class Workspace {
   virtual QString displayNameOfApplication(const QString &path) const = 0;
   /// The system's name and version in one line, for the log.
   virtual QString systemDescription() const = 0;
+  /// Moves a file, a folder with all it holds, or a link (not what it leads to) into the user's trash, whence
+  /// the desktop can bring it back. Where only copying can do that the call takes its time. False if it did
+  /// not: it still stands where it was, and `error` (may be null) says in one line what, where and why. At
+  /// every instant, a kill included, one of the two places holds all of it. Any thread, one path at a time.
+  [[nodiscard]] virtual bool recycle(const QString &path, QString *error) = 0;
+  /// The folders of the user's trash whose names do not begin with ".Trash" themselves; absolute, without a
+  /// slash at the end, whether they stand yet or not. Costs nothing.
+  virtual QStringList trashFolders() const = 0;
 };

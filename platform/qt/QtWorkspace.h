@@ -5,7 +5,16 @@
 /// The desktop session as far as Qt knows it.
 class QtWorkspace : public Workspace {
  public:
+  /// The folder of the user's home trash; empty where the system keeps the trash by itself.
+  static QString standardTrash();
+
+  explicit QtWorkspace(const QString &homeTrash = standardTrash()) : trash(homeTrash) {}
   /// The file's name without its ending, for an executable file or an application folder.
   QString displayNameOfApplication(const QString &path) const override;
   QString systemDescription() const override;
+  bool recycle(const QString &path, QString *error) override;
+  QStringList trashFolders() const override;
+
+ private:
+  const QString trash;
 };
