@@ -36,10 +36,10 @@ bool QtWorkspace::recycle(const QString &path, QString *error) {
 #else
   // The trash of Qt 6.4 knows no other disk without a trash, no link that leads nowhere, and does not end
   // where it may not write.
-  return FreedesktopTrash(trash).put(path, error);
+  return FreedesktopTrash(homeTrash).put(path, error);
 #endif
 }
 
 QStringList QtWorkspace::trashFolders() const {
-  return trash.isEmpty() ? QStringList() : QStringList(trash);
+  return homeTrash.isEmpty() ? QStringList() : QStringList(homeTrash);
 }

@@ -8,7 +8,7 @@ class QtWorkspace : public Workspace {
   /// The folder of the user's home trash; empty where the system keeps the trash by itself.
   static QString standardTrash();
 
-  explicit QtWorkspace(const QString &homeTrash = standardTrash()) : trash(homeTrash) {}
+  explicit QtWorkspace(const QString &trash = standardTrash()) : homeTrash(trash) {}
   /// The file's name without its ending, for an executable file or an application folder.
   QString displayNameOfApplication(const QString &path) const override;
   QString systemDescription() const override;
@@ -16,5 +16,5 @@ class QtWorkspace : public Workspace {
   QStringList trashFolders() const override;
 
  private:
-  const QString trash;
+  const QString homeTrash;
 };
