@@ -90,6 +90,25 @@ inline const Key RKInconsistentSongSourceIndex{u"RKInconsistentSongSourceIndex"}
 inline const Key runText{u"text"};
 inline const Key runIsBold{u"bold"};
 
+// An audio file's facts, by the names that a metadata service gives them.
+inline const Key kMDItemDurationSeconds{u"kMDItemDurationSeconds"};
+inline const Key kMDItemAudioBitRate{u"kMDItemAudioBitRate"};
+inline const Key kMDItemAudioSampleRate{u"kMDItemAudioSampleRate"};
+// An archived tag.
+inline const Key playlist{u"playlist"};
+inline const Key playlistIndex{u"playlistIndex"};
+inline const Key id3Modified{u"id3Modified"};
+// The attributes of an MP4 file's tag.
+inline const Key title{u"title"};
+inline const Key artist{u"artist"};
+inline const Key album{u"album"};
+inline const Key year{u"year"};
+inline const Key lyrics{u"lyrics"};
+inline const Key track{u"track"};
+inline const Key genre{u"genre"};
+inline const Key bpm{u"bpm"};
+inline const Key compilation{u"compilation"};
+
 // A playlist.
 inline const Key PlaylistPersistentID{u"Playlist Persistent ID"};
 inline const Key PlaylistItems{u"Playlist Items"};
