@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <optional>
 #include <vector>
 
@@ -9,7 +10,7 @@ struct AppState;
 class DuplicateGroups;
 
 /// Chooses, for every group of duplicates, the row that gives the information and the row whose audio stays,
-/// by the user's preferences. Main thread.
+/// by the user's preferences. Main thread, while nothing runs that works on the rows: takes no lock.
 class Automark {
  public:
   /// Both outlive it.
@@ -17,9 +18,10 @@ class Automark {
 
   /// The command.
   void doAutomark();
-  /// Marks every group, or with two or more rows selected the groups of the selection.
+  /// Marks every group, or with two or more rows selected the groups of the selection. Old marks go first:
+  /// with a selection only those of its rows, so that a group can keep an old mark beside the new ones.
   void doAutomarkFromPreferences();
-  /// Takes both marks from the selected rows if there are at least two, else from all rows.
+  /// The command: takes both marks from the selected rows if there are at least two, else from all rows.
   void doUnmark();
 
   /// Where a group stands in the list, with what was chosen.
@@ -28,12 +30,18 @@ class Automark {
     qsizetype rowCount = 0;
     GroupMarks marks;
   };
-  /// What the last run chose, in the order of the list.
+  /// What the last run chose, in the order of the list as it was then; groups that were not asked for are
+  /// left out.
   const std::vector<Choice> &lastChoices() const { return choices; }
 
  private:
+  /// `wanted`: the numbers of the groups to mark, all without it.
+  void markGroups(const AutomarkRules &rules, const std::optional<QSet<qint64>> &wanted);
+  void showMarks();
+
   AppState &state;
   DuplicateGroups &groups;
+  /// Read with the first run.
   std::optional<FileKinds> kinds;
   std::vector<Choice> choices;
 };
