@@ -2,6 +2,7 @@
 
 #include <QDir>
 
+#include "app/state/OverridePaths.h"
 #include "bridge/LocalizedMessage.h"
 #include "bridge/iTunesInterface.h"
 #include "platform/Platform.h"
@@ -107,6 +108,7 @@ void MainController::applicationWillTerminate() {
   storeText(prefs::problemWinFrame, problemWindowFrame);
   state.ignoredDuplicates.writeIgnoredDuplicatePIDs();
   state.untrustedLocations.writeUntrustedLocationPIDsArray();
+  writeEquivOverridePathsDict(state);
   prefs::synchronize();
   BMLogFlushFinal(!state.mIsRestarting);
 }

@@ -143,6 +143,8 @@ void ScanDriver::forgetEarlierScan() {
     track.toDictionary().remove(keys::RKIsAlbumMatched);
   }
   state.threadLockForObject(state.library.mMusicLibrarySortedTracks);
+  // It depends on the loaded library, which is the main thread's; the scan's thread then finds it fixed.
+  state.ignoredDuplicates.ignoredDuplicatePIDsPrefsKey();
   prefsOwner.noteAppliedDupeValues();
   prefsOwner.noteAppliedAutomarkValues();
   prefsOwner.noteAppliedInconsistentValues();

@@ -2,12 +2,15 @@
 
 #include <QSet>
 #include <optional>
+#include <vector>
 
+#include "support/TaskGuard.h"
 #include "values/Value.h"
 
 struct AppState;
 
-/// What is done with the rows of `mDuplicateSongDicts` outside the scan. Main thread, while no scan runs.
+/// What is done with the rows of `mDuplicateSongDicts` outside the scan. Main thread, while no scan runs. The
+/// rows of a group stand next to each other.
 class DuplicateGroups {
  public:
   explicit DuplicateGroups(AppState &appState) : state(appState) {}
@@ -21,7 +24,8 @@ class DuplicateGroups {
   Array duplicateSongDictsWithTopPostponed();
 
   /// After a mark has been stored in a row: takes it from the group's other rows, and completes the pair of
-  /// marks. True if other cells than the clicked one may show something new. A cleared mark repairs nothing.
+  /// marks. True if other cells than the clicked one may show something new. A cleared mark repairs nothing;
+  /// nor does a row that the list does not have.
   bool validateDuplicatesForIdentifierPreferringRowNewValue(Key identifier, qint32 row,
                                                             const Value &newValue);
 
@@ -32,11 +36,15 @@ class DuplicateGroups {
   /// The command: declares the selected rows of each group not to be duplicates, after asking, and takes
   /// what is no duplicate any more from the list. Refused unless two selected rows share a group.
   void ignoreSelectedDuplicates();
-  /// Declares one set of rows of the list not to be duplicates of one another, without asking.
-  void ignoreRows(const Array &rows);
+  /// The same for these rows of the list without asking: each group's rows are declared no duplicates of one
+  /// another. Rows that the list does not have, and those alone in their group, are passed over. Restores the
+  /// remembered selection. Answers the number of declarations made.
+  int ignoreRows(const Array &rows);
 
  private:
-  void ignoreSelectedDuplicatesSheetDidEnd(int button);
+  void declareSelectedRows();
+  bool anyGroupHasTwoSelectedRows() const;
 
   AppState &state;
+  TaskGuard tasks;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <mutex>
+
 #include "values/Value.h"
 
 struct AppState;
@@ -11,12 +13,14 @@ class UntrustedLocations {
   explicit UntrustedLocations(AppState &appState) : state(appState) {}
 
   /// The persistent IDs, mutable; loaded at first use. Whoever reads or changes it holds its
-  /// `threadLockForObject` lock.
+  /// `threadLockForObject` lock. Any thread.
   Array untrustedLocationPIDsArray();
   /// Stores the list; an empty one leaves no trace in the preferences. Nothing if it was never loaded.
   void writeUntrustedLocationPIDsArray();
 
  private:
   AppState &state;
+  /// Guards the reference; the list itself has its own lock.
+  std::mutex guard;
   Array mUntrustedLocationPIDsArray;
 };
