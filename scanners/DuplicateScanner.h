@@ -31,7 +31,6 @@ class DuplicateScanner {
 
  private:
   void scan();
-  Array copyOfTracks();
   void appendGroup(const std::vector<Dictionary> &rows, qint32 group, const Array &list);
 
   AppState &state;

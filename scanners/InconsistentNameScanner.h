@@ -17,6 +17,7 @@ class InconsistentNameScanner {
 
  private:
   void scan();
+  void append(const Dictionary &row, const Array &list);
 
   AppState &state;
   const InconNameController &mInconNameController;
