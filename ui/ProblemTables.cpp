@@ -34,21 +34,54 @@ void ProblemTables::tableViewSetObjectValueForTableColumnRow(ProblemTab tab, con
   if (tab != ProblemTab::Duplicates || !isMark) return;
   if (state.view.hasSheet()) return state.view.beep();
   const Array list = state.lists.mDuplicateSongDicts;
-  MarkedGroups::Range group;
-  bool othersChanged = false;
+  MarkedGroups::Range changed;
   {
     std::lock_guard held(*state.threadLockForObject(list));
     if (row < 0 || row >= list.size()) return;
-    group = MarkedGroups::groupAround(list, row);
-    markedGroups.groupWillChange(list, group);
-    list.at(row).toDictionary().set(column, value);
-    othersChanged = groups.validateDuplicatesForIdentifierPreferringRowNewValue(column, qint32(row), value);
-    markedGroups.groupDidChange(list, group);
+    changed = storeMark(list, value, column, row);
   }
-  if (othersChanged) state.view.reloadRows(tab, group.first, group.end);
-  tellingOfClick = true;
-  state.view.validateProblemUI();
-  tellingOfClick = false;
+  if (changed.end > changed.first) state.view.reloadRows(tab, changed.first, changed.end);
+  validateAfterClick();
+}
+
+MarkedGroups::Range ProblemTables::storeMark(const Array &list, const Value &value, Key mark, qsizetype row) {
+  const MarkedGroups::Range group = MarkedGroups::groupAround(list, row);
+  markedGroups.groupWillChange(list, group);
+  list.at(row).toDictionary().set(mark, value);
+  const bool othersChanged =
+      groups.validateDuplicatesForIdentifierPreferringRowNewValue(mark, qint32(row), value);
+  markedGroups.groupDidChange(list, group);
+  return othersChanged ? group : MarkedGroups::Range();
+}
+
+void ProblemTables::toggleMarks(const std::vector<qsizetype> &rows, const std::vector<Key> &marks) {
+  if (state.view.hasSheet()) return state.view.beep();
+  const Array list = state.lists.mDuplicateSongDicts;
+  MarkedGroups::Range changed{list.size(), 0};
+  {
+    std::lock_guard held(*state.threadLockForObject(list));
+    std::vector<qsizetype> first;
+    qsizetype endOfLast = 0;
+    for (const qsizetype row : rows) {
+      if (row < endOfLast || row >= list.size()) continue;
+      first.push_back(row);
+      endOfLast = MarkedGroups::groupAround(list, row).end;
+    }
+    const bool allHaveThem = std::all_of(first.begin(), first.end(), [&](qsizetype row) {
+      const Dictionary &dictionary = list.at(row).toDictionary();
+      return std::all_of(marks.begin(), marks.end(),
+                         [&](Key mark) { return dictionary.value(mark).toBool(); });
+    });
+    for (const qsizetype row : first) {
+      for (const Key mark : marks) storeMark(list, !allHaveThem, mark, row);
+      const MarkedGroups::Range group = MarkedGroups::groupAround(list, row);
+      changed = {qMin(changed.first, group.first), qMax(changed.end, group.end)};
+    }
+  }
+  if (changed.end > changed.first) {
+    state.view.reloadRows(ProblemTab::Duplicates, changed.first, changed.end);
+  }
+  validateAfterClick();
 }
 
 bool ProblemTables::tableViewStripeForRow(ProblemTab tab, qsizetype row) const {
@@ -80,9 +113,20 @@ void ProblemTables::afterUserChoice(const Dictionary &row, qsizetype index) {
     if (row.isMutable()) row.remove(keys::calc_inconsistentName);
   }
   state.view.reloadRows(ProblemTab::Names, index, index + 1);
+  validateAfterClick();
+}
+
+void ProblemTables::validateAfterClick() {
   tellingOfClick = true;
   state.view.validateProblemUI();
   tellingOfClick = false;
+}
+
+std::vector<SpellingChoice> ProblemTables::spellingsOfRow(qsizetype row) const {
+  const Array &list = std::as_const(state.lists).mInconsistentNameDicts;
+  std::lock_guard held(*state.threadLockForObject(list));
+  if (row < 0 || row >= list.size()) return {};
+  return spellingChoicesOf(list.at(row).toDictionary());
 }
 
 Dictionary ProblemTables::rowOf(ProblemTab tab, qsizetype row) const {

@@ -4,6 +4,7 @@
 #include "app/state/ProblemView.h"
 #include "scanners/InconNameController.h"
 #include "ui/MarkedGroups.h"
+#include "ui/SpellingChoices.h"
 
 struct AppState;
 class DuplicateGroups;
@@ -35,6 +36,9 @@ class ProblemTables {
   /// nothing while the window has a sheet. Does nothing for columns that are no marks.
   void tableViewSetObjectValueForTableColumnRow(ProblemTab tab, const Value &value, Key column,
                                                 qsizetype row);
+  /// The same for marks of several rows at once, as keys and menus ask for it. Of rows of one group the first
+  /// is taken, as a group has each mark once. If all of these have the marks already, they lose them.
+  void toggleMarks(const std::vector<qsizetype> &rows, const std::vector<Key> &marks);
   /// True for a row on the darker ground.
   bool tableViewStripeForRow(ProblemTab tab, qsizetype row) const;
 
@@ -44,13 +48,19 @@ class ProblemTables {
   /// The same by the index of a song of the row, for menus and keys.
   void choosePreferredSong(qsizetype row, qint32 songIndex);
 
+  /// The distinct spellings of a row of names, in the order shown; none outside the list.
+  std::vector<SpellingChoice> spellingsOfRow(qsizetype row) const;
+
   /// The states after any change of selection, tab or marks. With `marksAreUnchanged` the answer about marks
   /// of the last time stands, as long as it is about the same list.
   ProblemUIStates validateProblemUI(bool marksAreUnchanged = false);
 
  private:
   Dictionary rowOf(ProblemTab tab, qsizetype row) const;
+  /// Stores a mark under the list's lock, and answers the rows that show something new; none for no change.
+  MarkedGroups::Range storeMark(const Array &list, const Value &value, Key mark, qsizetype row);
   void afterUserChoice(const Dictionary &row, qsizetype index);
+  void validateAfterClick();
 
   AppState &state;
   DuplicateGroups &groups;
