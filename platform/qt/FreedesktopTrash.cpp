@@ -91,7 +91,7 @@ bool isOwnFolder(const QByteArray &folder) {
   if (::mkdir(folder.constData(), 0700) == 0) return true;
   struct stat facts = {};
   if (errno != EEXIST || ::lstat(folder.constData(), &facts) != 0) return false;
-  if (S_ISDIR(facts.st_mode) && facts.st_uid == ::getuid()) return true;
+  if (S_ISDIR(facts.st_mode) && facts.st_uid == ::geteuid()) return true;
   qWarning("!! %s is not used as a trash: it is no folder, or somebody else's", folder.constData());
   return false;
 }
@@ -107,7 +107,7 @@ bool isSharedFolder(const QByteArray &folder) {
 
 /// The user's trash in the top folder of a file system; empty if none can be had.
 QByteArray trashOnTop(const QByteArray &top) {
-  const QByteArray user = QByteArray::number(::getuid());
+  const QByteArray user = QByteArray::number(::geteuid());
   const QByteArray shared = (top == "/" ? top : top + '/') + ".Trash";
   if (isSharedFolder(shared) && isOwnFolder(shared + '/' + user)) return shared + '/' + user;
   return isOwnFolder(shared + '-' + user) ? shared + '-' + user : QByteArray();
@@ -140,7 +140,7 @@ bool FreedesktopTrash::put(const QString &path, QString *error) const {
   } else if (isMountPoint(original, facts)) {
     errno = EBUSY;
     failed = "it is the top of a file system";
-  } else if (::access(parentOf(original).constData(), W_OK | X_OK) != 0) {
+  } else if (::faccessat(AT_FDCWD, parentOf(original).constData(), W_OK | X_OK, AT_EACCESS) != 0) {
     failed = "taking it from its folder";
   } else {
     failed = move(original, facts.st_dev);

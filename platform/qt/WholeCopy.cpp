@@ -148,7 +148,7 @@ bool WholeCopy::copyLink(const Entry &entry) const {
 bool WholeCopy::copyFolder(const Entry &entry) {
   const QByteArray source = from + entry.relative, target = to + entry.relative;
   // What could not be removed afterwards is not worth the copying.
-  if (::access(source.constData(), W_OK | X_OK) != 0) return false;
+  if (::faccessat(AT_FDCWD, source.constData(), W_OK | X_OK, AT_EACCESS) != 0) return false;
   const auto names = namesIn(source);
   if (!names || ::mkdir(target.constData(), 0700) != 0) return false;
   for (const QByteArray &name : *names) {

@@ -6,7 +6,7 @@
 
 #include "platform/qt/QtFileFacts.h"
 #include "platform/qt/QtImages.h"
-#include "platform/qt/QtWorkspace.h"
+#include "tests/fixtures/RecordingWorkspace.h"
 #include "tests/fixtures/TestPlatform.h"
 
 using DesktopAdapters = TestPlatform;
