@@ -83,6 +83,7 @@ class Atom {
 
  private:
   explicit Atom(quint32 name) : _name(name) {}
+  void flattenInto(QByteArray &bytes) const;
   Atom *makeFirstChild(const QString &element, bool asContainer);
 
   quint32 _name = 0;

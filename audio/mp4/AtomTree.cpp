@@ -1,0 +1,113 @@
+#include <QFile>
+#include <QSet>
+#include <QtEndian>
+
+#include "audio/TagError.h"
+#include "audio/mp4/Atom.h"
+#include "audio/mp4/AtomWalk.h"
+#include "platform/Platform.h"
+
+namespace {
+
+/// The names of the resource; none without it.
+QSet<quint32> readContainerNames() {
+  QSet<quint32> names;
+  QFile file(platform().bundle.resourceFolder + u"/atomcontainers.dat"_qs);
+  if (!file.open(QIODevice::ReadOnly)) return names;
+  const QByteArray bytes = file.readAll();
+  for (qsizetype at = 0; at + 4 <= bytes.size(); at += 4) {
+    names.insert(qFromBigEndian<quint32>(bytes.constData() + at));
+  }
+  return names;
+}
+
+/// The first four bytes of a path's element, as a name.
+quint32 nameOfElement(const QString &element) {
+  quint32 name = 0;
+  for (qsizetype i = 0; i < 4; ++i) name = name << 8 | (i < element.size() ? element[i].unicode() & 0xFF : 0);
+  return name;
+}
+
+/// Builds the tree of a range, level by level.
+class TreeBuilder {
+ public:
+  explicit TreeBuilder(std::shared_ptr<FileReader> source) : file(std::move(source)) {}
+
+  void fill(Atom &into, quint64 start, quint64 end, int depth) const {
+    if (depth > Atom::kDeepest) throw TagError("bad size atom");
+    for (quint64 offset = start; offset < end;) {
+      quint32 name = 0;
+      const quint64 size = atomwalk::sizeOfAtomInAtOffsetName(*file, offset, &name);
+      Atom *child = into.append(Atom::atomWithName(name));
+      if (Atom::isRecognizedContainer(name)) {
+        if (size > end - offset) throw TagError("bad size atom");
+        const quint64 header = name == Atom::kMeta ? 12 : 8;
+        child->becomeContainer();
+        fill(*child, offset + header, offset + size, depth + 1);
+      } else {
+        child->setFileWithRange(file, offset + 8, size - 8);
+      }
+      if (size > end - offset) return;
+      offset += size;
+    }
+  }
+
+ private:
+  std::shared_ptr<FileReader> file;
+};
+
+}  // namespace
+
+bool Atom::isRecognizedContainer(quint32 name) {
+  static const QSet<quint32> names = readContainerNames();
+  return names.contains(name);
+}
+
+AtomPtr Atom::atomContainerFromFile(const std::shared_ptr<FileReader> &file) {
+  return atomContainerFromFileInRangeWithName(file, 0, quint64(file->size()), kFile);
+}
+
+AtomPtr Atom::atomContainerFromFileInRangeWithName(const std::shared_ptr<FileReader> &file, quint64 start,
+                                                   quint64 length, quint32 name) {
+  AtomPtr root = atomWithName(name);
+  root->becomeContainer();
+  TreeBuilder(file).fill(*root, start, start + length, 0);
+  return root;
+}
+
+Atom *Atom::childAtAtomPathCreate(const QString &path, bool create) {
+  QString indexes = QStringLiteral("1");
+  for (qsizetype i = path.count(u':'); i > 0; --i) indexes += QStringLiteral(":1");
+  return childAtAtomPathCreateIndexed(path, create, indexes);
+}
+
+Atom *Atom::childAtAtomPathCreateIndexed(const QString &path, bool create, const QString &indexes) {
+  const QStringList names = path.split(u':'), numbers = indexes.split(u':');
+  qsizetype element = 0;
+  qint64 count = 0;
+  for (Atom *atom = this; atom;) {
+    Atom *next = nullptr;
+    if (atom->nameString() == names[element] && ++count == numbers.value(element).toLongLong()) {
+      if (++element == names.size()) return atom;
+      const bool hasMore = element + 1 < names.size();
+      if (create && atom->container && atom->_contents.empty()) atom->makeFirstChild(names[element], hasMore);
+      next = atom->_contents.empty() ? nullptr : atom->_contents.front().get();
+      count = 0;
+    } else {
+      next = atom->nextSibling();
+    }
+    if (!next && create) {
+      next = atom->addSibling(atomWithName(nameOfElement(names[element])));
+      if (next && element + 1 < names.size()) next->becomeContainer();
+    }
+    atom = next;
+  }
+  return nullptr;
+}
+
+Atom *Atom::makeFirstChild(const QString &element, bool asContainer) {
+  Atom *child = append(atomWithName(nameOfElement(element)));
+  resizeSiblingFreeBy(-8);
+  if (asContainer) child->becomeContainer();
+  return child;
+}
