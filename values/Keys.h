@@ -124,4 +124,8 @@ inline const Key kinds{u"kinds"};
 inline const Key oddNameArtists{u"oddNameArtists"};
 inline const Key oddNameAlbums{u"oddNameAlbums"};
 
+// A saved layout of a table's columns.
+inline const Key columnKey{u"key"};
+inline const Key columnWidth{u"width"};
+
 }  // namespace keys
