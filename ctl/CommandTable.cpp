@@ -1,10 +1,15 @@
 #include "ctl/CommandTable.h"
 
+#include "ctl/IgnoreCommand.h"
+#include "ctl/IgnoredCommand.h"
+#include "ctl/InspectAutomarkCommand.h"
 #include "ctl/InspectPlistCommand.h"
 #include "ctl/InspectResourcesCommand.h"
 #include "ctl/InspectTextCommand.h"
 #include "ctl/LibraryInfoCommand.h"
 #include "ctl/LibraryTracksCommand.h"
+#include "ctl/MarksCommand.h"
+#include "ctl/NamesCommand.h"
 #include "ctl/PrefsCommand.h"
 #include "ctl/ScanCommand.h"
 #include "platform/Platform.h"
@@ -19,12 +24,17 @@ bool asksForHelp(const QString &argument) {
 
 CommandTable::CommandTable() {
   commands.push_back(std::make_unique<ScanCommand>());
+  commands.push_back(std::make_unique<MarksCommand>());
+  commands.push_back(std::make_unique<NamesCommand>());
+  commands.push_back(std::make_unique<IgnoreCommand>());
+  commands.push_back(std::make_unique<IgnoredCommand>());
   commands.push_back(std::make_unique<LibraryInfoCommand>());
   commands.push_back(std::make_unique<LibraryTracksCommand>());
   commands.push_back(std::make_unique<PrefsCommand>());
   commands.push_back(std::make_unique<InspectResourcesCommand>());
   commands.push_back(std::make_unique<InspectPlistCommand>());
   commands.push_back(std::make_unique<InspectTextCommand>());
+  commands.push_back(std::make_unique<InspectAutomarkCommand>());
 }
 
 int CommandTable::run(const QStringList &arguments, Terminal &terminal) const {

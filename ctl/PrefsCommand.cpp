@@ -2,12 +2,10 @@
 
 #include <sstream>
 
-#include "app/PrefsController.h"
-#include "app/state/AppState.h"
 #include "ctl/JsonWriter.h"
 #include "ctl/Options.h"
 #include "ctl/SettingTable.h"
-#include "ctl/TerminalView.h"
+#include "ctl/UserSettings.h"
 #include "platform/Platform.h"
 #include "support/Preferences.h"
 
@@ -36,17 +34,8 @@ QString shown(const Value &value) {
   return value.isText() ? printable(value.toText()) : jsonOf(value);
 }
 
-void resetAll(Terminal &terminal) {
-  TerminalView view(terminal);
-  AppState state(view);
-  PrefsController(state).resetToDefaults(false);
-}
-
 int save(Terminal &terminal) {
-  QString error;
-  if (platform().preferences->synchronize(&error)) return exitcode::kDone;
-  terminal.say(QStringLiteral("the settings were not saved: ") + error);
-  return exitcode::kReported;
+  return usersettings::save(terminal) ? exitcode::kDone : exitcode::kReported;
 }
 
 }  // namespace
@@ -103,8 +92,7 @@ int PrefsCommand::set(const QString &key, const QString &text, Terminal &termina
   QString error;
   const Value value = settings::parse(key, text, &error);
   if (value.isNull()) return wrongUse(error, terminal);
-  // A store without first values is reset whole by the next launch, which would lose what is set here.
-  if (prefs::value(prefs::preferAudioFileBitRate).isNull()) resetAll(terminal);
+  usersettings::ensureFirstValues(terminal);
   prefs::set(key, value);
   return save(terminal);
 }
@@ -116,6 +104,6 @@ int PrefsCommand::unset(const QString &key, Terminal &terminal) const {
 }
 
 int PrefsCommand::reset(Terminal &terminal) const {
-  resetAll(terminal);
+  usersettings::resetAll(terminal);
   return save(terminal);
 }

@@ -65,3 +65,10 @@ double RequestArguments::number() {
   if (!value.isNumber() || value.type() == Value::Type::Boolean) fail("a number");
   return value.toDouble();
 }
+
+bool RequestArguments::boolean() {
+  bool exists = false;
+  const Value &value = next(&exists);
+  if (value.type() != Value::Type::Boolean) fail("true or false");
+  return value.toBool();
+}

@@ -22,6 +22,7 @@ class RequestArguments {
   /// Bytes in hexadecimal, blanks between them ignored; nothing for null.
   std::optional<QByteArray> bytes();
   double number();
+  bool boolean();
 
   bool hasFailed() const { return !problem.isEmpty(); }
   /// What is wrong with the arguments, those left over included; empty if nothing is.

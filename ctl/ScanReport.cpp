@@ -1,53 +1,18 @@
 #include "ctl/ScanReport.h"
 
+#include "app/library/CalculatedValues.h"
+#include "ctl/NamesReport.h"
+#include "ctl/RowText.h"
 #include "values/Keys.h"
+
+using rowtext::counted;
 
 namespace {
 
-/// What stands for a row where whole rows are not wanted.
-Value briefly(const Value &row, ProblemTab tab) {
-  switch (tab) {
-    case ProblemTab::Duplicates:
-    case ProblemTab::Missing:
-      return row.toDictionary().value(keys::PersistentID);
-    case ProblemTab::Orphans:
-      return row.toDictionary().value(keys::Path);
-    default:
-      return row;
-  }
-}
-
-QString textOf(const Dictionary &row, Key key, const char *without) {
-  const QString &text = row.value(key).toText();
-  return text.isEmpty() ? QString::fromLatin1(without) : printable(text);
-}
-
-QString timeOf(const Dictionary &row) {
-  const qint64 seconds = row.value(keys::TotalTime).toInteger() / 1000;
-  return QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
-}
-
-QString sizeOf(const Dictionary &row) {
-  constexpr double kKilobyte = 1.0e3, kMegabyte = 1.0e6;
-  const double bytes = row.value(keys::Size).toDouble();
-  return bytes < kMegabyte ? QStringLiteral("%1 kB").arg(bytes / kKilobyte, 0, 'f', 0)
-                           : QStringLiteral("%1 MB").arg(bytes / kMegabyte, 0, 'f', 1);
-}
-
-QString titleOf(const Dictionary &row) {
-  return textOf(row, keys::Artist, "(no artist)") + QStringLiteral(" - ") +
-         textOf(row, keys::Name, "(no name)");
-}
-
-QString lineOf(const Dictionary &row) {
-  return QStringLiteral("  %1  %2  %3  %4  %5")
-      .arg(timeOf(row).rightJustified(6), textOf(row, keys::Kind, "(no kind)").leftJustified(20),
-           QStringLiteral("%1 kbps").arg(row.value(keys::BitRate).toInteger()).rightJustified(9),
-           sizeOf(row).rightJustified(9), textOf(row, keys::Path, "(no file)"));
-}
-
-QString counted(qsizetype count, const char *one, const char *many) {
-  return QStringLiteral("%1 %2").arg(count).arg(QString::fromLatin1(count == 1 ? one : many));
+void writeRow(const Value &row, ProblemTab tab, bool fullRows, JsonWriter *json) {
+  if (fullRows) return json->value(CalculatedValues::objectWithCalculatedValuesRemoved(row));
+  if (tab == ProblemTab::Names) return NamesReport(row.toDictionary()).writeJson(json);
+  json->value(row.toDictionary().value(tab == ProblemTab::Orphans ? keys::Path : keys::PersistentID));
 }
 
 }  // namespace
@@ -69,6 +34,15 @@ bool ScanReport::hasProblems() const {
                      [&](ProblemTab tab) { return tellsOf(tab) && !lists[int(tab)].isEmpty(); });
 }
 
+bool ScanReport::print(const Options &options, Terminal &terminal) const {
+  if (options.has(QStringLiteral("--json"))) {
+    printJson(options.has(QStringLiteral("--rows")), terminal);
+  } else {
+    printText(terminal);
+  }
+  return hasProblems();
+}
+
 void ScanReport::printJson(bool fullRows, Terminal &terminal) const {
   JsonWriter json(terminal.out);
   json.beginObject();
@@ -81,7 +55,7 @@ void ScanReport::printJson(bool fullRows, Terminal &terminal) const {
       continue;
     }
     json.beginArray();
-    for (const Value &row : lists[int(tab)]) json.value(fullRows ? row : briefly(row, tab));
+    for (const Value &row : lists[int(tab)]) writeRow(row, tab, fullRows, &json);
     json.endArray();
   }
   json.endObject();
@@ -92,21 +66,22 @@ void ScanReport::writeDuplicates(bool fullRows, JsonWriter *json) const {
   json->beginArray();
   for (const Array &group : groups) {
     json->beginArray();
-    for (const Value &row : group) json->value(fullRows ? row : briefly(row, ProblemTab::Duplicates));
+    for (const Value &row : group) writeRow(row, ProblemTab::Duplicates, fullRows, json);
     json->endArray();
   }
   json->endArray();
 }
 
-void ScanReport::print(Terminal &terminal) const {
+void ScanReport::printText(Terminal &terminal) const {
   if (tellsOf(ProblemTab::Duplicates)) printGroups(terminal);
+  if (tellsOf(ProblemTab::Names)) printNames(terminal);
   for (const ProblemTab tab : {ProblemTab::Orphans, ProblemTab::Missing}) {
     if (!tellsOf(tab) || lists[int(tab)].isEmpty()) continue;
     terminal.print(tab == ProblemTab::Orphans ? QStringLiteral("Orphans") : QStringLiteral("Missing tracks"));
     for (const Value &row : lists[int(tab)])
-      terminal.print(
-          QStringLiteral("  %1  %2")
-              .arg(titleOf(row.toDictionary()), textOf(row.toDictionary(), keys::Path, "(no file)")));
+      terminal.print(QStringLiteral("  %1  %2")
+                         .arg(rowtext::titleOf(row.toDictionary()),
+                              rowtext::textOf(row.toDictionary(), keys::Path, "(no file)")));
     terminal.print({});
   }
   printCounts(terminal);
@@ -114,10 +89,14 @@ void ScanReport::print(Terminal &terminal) const {
 
 void ScanReport::printGroups(Terminal &terminal) const {
   for (const Array &group : groups) {
-    terminal.print(titleOf(group.at(0).toDictionary()));
-    for (const Value &row : group) terminal.print(lineOf(row.toDictionary()));
+    terminal.print(rowtext::titleOf(group.at(0).toDictionary()));
+    for (const Value &row : group) terminal.print(QStringLiteral("  ") + rowtext::lineOf(row.toDictionary()));
     terminal.print({});
   }
+}
+
+void ScanReport::printNames(Terminal &terminal) const {
+  for (const Value &row : lists[int(ProblemTab::Names)]) NamesReport(row.toDictionary()).print(terminal);
 }
 
 void ScanReport::printCounts(Terminal &terminal) const {
@@ -126,11 +105,12 @@ void ScanReport::printCounts(Terminal &terminal) const {
   if (tellsOf(ProblemTab::Duplicates))
     parts << counted(qsizetype(groups.size()), "group", "groups") + QStringLiteral(" of duplicates with ") +
                  counted(count(ProblemTab::Duplicates), "track", "tracks");
+  if (tellsOf(ProblemTab::Names))
+    parts << counted(count(ProblemTab::Names), "inconsistent name", "inconsistent names");
   // A kind of problem without rows may not have been looked for.
   const auto add = [&](ProblemTab tab, const char *one, const char *many) {
     if (tellsOf(tab) && count(tab) > 0) parts << counted(count(tab), one, many);
   };
-  add(ProblemTab::Names, "inconsistent name", "inconsistent names");
   add(ProblemTab::Orphans, "orphan", "orphans");
   add(ProblemTab::Missing, "missing track", "missing tracks");
   terminal.print(parts.join(QStringLiteral(", ")));

@@ -5,6 +5,7 @@
 
 #include "app/state/AppState.h"
 #include "ctl/JsonWriter.h"
+#include "ctl/Options.h"
 #include "ctl/Terminal.h"
 
 /// What a scan found, told as JSON or for reading. A snapshot of the lists; later changes of them do not
@@ -14,16 +15,18 @@ class ScanReport {
   /// With `only` the report is about that kind of problem alone. Main thread, no scan running.
   ScanReport(const AppState &state, std::optional<ProblemTab> only);
 
-  /// True if the kinds of problem told about have any.
-  bool hasProblems() const;
-  /// One object; `fullRows` writes whole rows in place of persistent IDs and paths.
-  void printJson(bool fullRows, Terminal &terminal) const;
-  void print(Terminal &terminal) const;
+  /// Tells it in the form that "--json" asks for: one object, with "--rows" of whole rows in place of
+  /// persistent IDs, names and paths. True if the kinds of problem told about have any.
+  bool print(const Options &options, Terminal &terminal) const;
 
  private:
   bool tellsOf(ProblemTab tab) const { return !only || *only == tab; }
+  bool hasProblems() const;
+  void printJson(bool fullRows, Terminal &terminal) const;
   void writeDuplicates(bool fullRows, JsonWriter *json) const;
+  void printText(Terminal &terminal) const;
   void printGroups(Terminal &terminal) const;
+  void printNames(Terminal &terminal) const;
   void printCounts(Terminal &terminal) const;
 
   const std::optional<ProblemTab> only;

@@ -14,3 +14,7 @@ Session::~Session() {
   BMLogFlushFinal(logAtEnd == LogAtEnd::Compressed);
   setPlatform(outer);
 }
+
+void Session::useUserSettings() {
+  setPlatform(outer);
+}

@@ -14,6 +14,9 @@ class Session {
   Session(const Session &) = delete;
   ~Session();
 
+  /// From here on what is set goes to the user's settings; what was set before is forgotten.
+  void useUserSettings();
+
  private:
   const LogAtEnd logAtEnd;
   const Platform outer;

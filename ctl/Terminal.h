@@ -12,6 +12,8 @@ struct Terminal {
   std::ostream &err;
   /// A person watches `err`, so progress may be drawn there.
   bool errIsTerminal = false;
+  /// A person answers on `in`.
+  bool inIsTerminal = false;
 
   /// Writes a line of a result.
   void print(const QString &line) { out << line.toStdString() << '\n'; }

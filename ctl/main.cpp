@@ -17,6 +17,7 @@ int main(int argumentCount, char *arguments[]) {
   bundle.shortVersion = QStringLiteral(TALLYFEN_VERSION);
   bundle.version = bundle.shortVersion;
   const QtPlatform services(bundle, standardFolders(), standardPreferenceFolder());
-  Terminal terminal{std::cin, std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0};
+  Terminal terminal{std::cin, std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0,
+                    ::isatty(STDIN_FILENO) != 0};
   return CommandTable().run(QCoreApplication::arguments().sliced(1), terminal);
 }
