@@ -6,6 +6,7 @@
 #include <atomic>
 #include <limits>
 
+#include "audio/TagError.h"
 #include "audio/mp4/AtomWalk.h"
 #include "support/BMLog.h"
 
@@ -179,7 +180,12 @@ void Atom::flattenInto(QByteArray &bytes) const {
   bytes.append(kHeader, '\0');
   if (container && _name == kMeta) bytes.append(4, '\0');
   for (const AtomPtr &child : _contents) child->flattenInto(bytes);
-  if (!container) bytes += data();
+  if (!container) {
+    bytes += data();
+    // What could not be read must not be written back as if it were all.
+    if (quint64(bytes.size() - start) != size() + quint64(kHeader))
+      throw TagError("a part of the file cannot be read");
+  }
   const auto total = quint64(bytes.size() - start);
   const bool isWide = total > std::numeric_limits<quint32>::max();
   if (isWide) bytes.insert(start + kHeader, kHeader, '\0');

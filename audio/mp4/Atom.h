@@ -78,7 +78,8 @@ class Atom {
   Atom *childAtAtomPathCreate(const QString &path, bool create = false);
   Atom *childAtAtomPathCreateIndexed(const QString &path, bool create, const QString &indexes);
 
-  /// The atom as a file holds it, header included. Reads what is still in the file.
+  /// The atom as a file holds it, header included. Reads what is still in the file; throws TagError if that
+  /// is not there any more.
   QByteArray flattenedData() const;
 
  private:
