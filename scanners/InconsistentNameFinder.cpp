@@ -19,13 +19,15 @@ bool sameText(const Value &a, const Value &b) {
 
 /// One seed's comparison with the later tracks of its artist key, and the tracks found.
 struct InconsistentNameFinder::Pass {
-  explicit Pass(quint32 track) : seed(track) {}
+  Pass(quint32 track, bool isCandidate) : seed(track), wasCandidate(isCandidate) {}
 
   const quint32 seed;
+  /// An earlier seed has been compared with this one.
+  const bool wasCandidate;
   /// The seed's album key, once it was asked for.
   std::optional<quint32> albumId;
   std::vector<quint32> artistSongs, albumSongs;
-  bool artistDiffers = false, albumDiffers = false, stopped = false;
+  bool artistDiffers = false, albumDiffers = false;
 };
 
 InconsistentNameFinder::InconsistentNameFinder(const Array &allTracks, const NameKeyMethod &keyMethod,
@@ -33,8 +35,7 @@ InconsistentNameFinder::InconsistentNameFinder(const Array &allTracks, const Nam
     : tracks(allTracks.isMutable() ? allTracks : allTracks.copyMembers(true)),
       method(keyMethod),
       stop(std::move(stopTest)),
-      keys(keyMethod.keyOf),
-      firstSeed(kNoTrack) {
+      keys(keyMethod.keyOf) {
   const auto count = quint32(tracks.size());
   artistIds.resize(count);
   nextOfArtist.assign(count, kNoTrack);
@@ -68,17 +69,17 @@ quint32 InconsistentNameFinder::albumIdOf(quint32 track) {
 std::vector<Dictionary> InconsistentNameFinder::rowsOf(quint32 seed) {
   const quint32 artist = artistIds[seed];
   if (artist == 0 || isArtistMatched[seed]) return {};
-  firstSeed = std::min(firstSeed, seed);
-  Pass pass(seed);
+  Pass pass(seed, seed < candidatesEnd);
   if (progress[artist] == Progress::Fresh) {
     compareAll(pass);
   } else if (!isAlbumMatched[seed]) {
     if (progress[artist] == Progress::OneSpelling) linkAlbums(seed);
     compareLinkedAlbums(pass);
   }
+  candidatesEnd = quint32(tracks.size());
   std::vector<Dictionary> rows;
-  if (pass.artistDiffers) rows.push_back(rowOf(keys::RKIsArtistMatched, seed, pass.artistSongs));
-  if (pass.albumDiffers) rows.push_back(rowOf(keys::RKIsAlbumMatched, seed, pass.albumSongs));
+  if (pass.artistDiffers) rows.push_back(rowOf(pass, keys::RKIsArtistMatched, pass.artistSongs));
+  if (pass.albumDiffers) rows.push_back(rowOf(pass, keys::RKIsAlbumMatched, pass.albumSongs));
   return rows;
 }
 
@@ -87,6 +88,7 @@ std::vector<Dictionary> InconsistentNameFinder::rowsOf(quint32 seed) {
 void InconsistentNameFinder::compareAll(Pass &pass) {
   for (quint32 other = nextOfArtist[pass.seed]; other != kNoTrack; other = nextOfArtist[other]) {
     if (stop(other)) return;
+    candidatesEnd = std::max(candidatesEnd, other + 1);
     pass.artistSongs.push_back(other);
     if (!pass.artistDiffers) pass.artistDiffers = differsInArtist(pass.seed, other);
     compareAlbum(pass, other);
@@ -122,6 +124,7 @@ void InconsistentNameFinder::addToAlbum(Pass &pass, quint32 candidate) {
 void InconsistentNameFinder::linkAlbums(quint32 seed) {
   QHash<quint32, quint32> lastOfAlbum;
   for (quint32 track = seed; track != kNoTrack; track = nextOfArtist[track]) {
+    if (track != seed && stop(track)) return;
     const quint32 id = isAlbumMatched[track] ? 0 : albumIdOf(track);
     if (id == 0) continue;
     const auto last = lastOfAlbum.find(id);
@@ -146,12 +149,12 @@ void InconsistentNameFinder::compareLinkedAlbums(Pass &pass) {
   for (const quint32 other : pass.albumSongs) nextOfAlbum[other] = kNoTrack;
 }
 
-Dictionary InconsistentNameFinder::rowOf(Key mark, quint32 seed, const std::vector<quint32> &others) {
+Dictionary InconsistentNameFinder::rowOf(const Pass &pass, Key mark, const std::vector<quint32> &others) {
   std::vector<bool> &isMatched = mark == keys::RKIsArtistMatched ? isArtistMatched : isAlbumMatched;
   const Array songs = Array::make();
   songs.reserve(qsizetype(others.size()) + 1);
-  songs.append(reportedSong(seed, mark, seed > firstSeed));
-  isMatched[seed] = true;
+  songs.append(reportedSong(pass.seed, mark, pass.wasCandidate));
+  isMatched[pass.seed] = true;
   for (const quint32 other : others) {
     songs.append(reportedSong(other, mark, true));
     isMatched[other] = true;

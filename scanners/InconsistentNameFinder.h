@@ -39,7 +39,7 @@ class InconsistentNameFinder {
   bool differsInArtist(quint32 seed, quint32 candidate);
   void linkAlbums(quint32 seed);
   void compareLinkedAlbums(Pass &pass);
-  Dictionary rowOf(Key mark, quint32 seed, const std::vector<quint32> &songs);
+  Dictionary rowOf(const Pass &pass, Key mark, const std::vector<quint32> &others);
   Dictionary reportedSong(quint32 track, Key mark, bool wasCandidate);
 
   const Array tracks;
@@ -55,6 +55,6 @@ class InconsistentNameFinder {
   std::vector<bool> isAlbumArtistKeyed;
   /// By artist key.
   std::vector<Progress> progress;
-  /// The first track that was compared with later ones: all behind it have been candidates.
-  quint32 firstSeed;
+  /// All tracks between the first seed and this one have been candidates.
+  quint32 candidatesEnd = 0;
 };
