@@ -113,6 +113,45 @@ TEST_F(Controller, ALaunchLoadsAndScansAndPresentsTheFirstTabWithRows) {
   }
 }
 
+TEST_F(Controller, AScanIsMarkedUnlessItsGroupsAreLoose) {
+  putLibrary(libraryXml(3));
+  const struct {
+    bool noTitle, noArtist;
+    int marked;
+  } cases[] = {{false, false, 1}, {true, false, 0}, {false, true, 0}, {true, true, 0}};
+  launch();
+  for (const auto &[noTitle, noArtist, marked] : cases) {
+    setPreference(prefs::noMatchTitle, noTitle);
+    setPreference(prefs::noMatchArtist, noArtist);
+    automarks = 0;
+    scanAgain();
+    EXPECT_EQ(automarks, marked) << noTitle << noArtist;
+    controller.scanDriver().revealFoundProblems(false);
+    EXPECT_EQ(automarks, marked) << "presenting the lists again is no scan";
+  }
+}
+
+TEST_F(Controller, TheEndOfTheProcessWritesWhatIsRemembered) {
+  AppState &state = controller.appState();
+  setPreference(prefs::manualMediaPath, QStringLiteral("/M"));
+  const Array pids = Array::make();
+  pids.append(QStringLiteral("A"));
+  state.ignoredDuplicates.addIgnoredDuplicatePIDs(pids);
+  state.untrustedLocations.untrustedLocationPIDsArray().append(QStringLiteral("B"));
+  EXPECT_EQ(preference(QStringLiteral("NotDup-/M")).toArray().size(), 0);
+  controller.applicationWillTerminate();
+  EXPECT_EQ(preference(QStringLiteral("NotDup-/M")).toArray().size(), 1);
+  EXPECT_EQ(preference(prefs::untrustedPIDs_3).toArray().at(0).toText(), QStringLiteral("B"));
+}
+
+TEST_F(Controller, AScanFixesTheKeyOfTheDeclarations) {
+  putLibrary(libraryXml(2));
+  launch();
+  setPreference(prefs::manualMediaPath, QStringLiteral("/elsewhere"));
+  EXPECT_EQ(controller.appState().ignoredDuplicates.ignoredDuplicatePIDsPrefsKey(),
+            QStringLiteral("NotDup-/M"));
+}
+
 TEST_F(Controller, ALibraryThatCannotBeReadIsToldAndLeavesAnEmptyOne) {
   const struct {
     const char *name;

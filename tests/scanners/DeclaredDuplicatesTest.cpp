@@ -1,0 +1,186 @@
+#include <random>
+
+#include "platform/qt/FilePreferenceStore.h"
+#include "platform/qt/LibplistPropertyList.h"
+#include "tests/scanners/DuplicateGroupsFixture.h"
+
+namespace {
+
+class DeclaredDuplicates : public DuplicateGroupsTest {
+ protected:
+  void declare(const char *pids) {
+    const Array rows = Array::make();
+    for (const QChar pid : QString::fromUtf8(pids)) rows.append(QString(pid));
+    state.ignoredDuplicates.addIgnoredDuplicatePIDs(rows);
+  }
+  QString declarations() {
+    QStringList words;
+    for (const Value &declaration : state.ignoredDuplicates.ignoredDuplicatePIDsArray()) {
+      QString word;
+      for (const Value &pid : declaration.toArray()) word += pid.toText();
+      words.append(word);
+    }
+    return words.join(u' ');
+  }
+  void ignoreStepByStep(AppState &other, const QSet<const void *> &chosen);
+  DuplicateScanner::IgnoredDuplicates storeOf(AppState &owner) {
+    return [&owner](const QString &pid) { return owner.ignoredDuplicates.ignoredDuplicatesForPID(pid); };
+  }
+};
+
+/// One row after the other out of the list, as the rule is told.
+void DeclaredDuplicates::ignoreStepByStep(AppState &other, const QSet<const void *> &chosen) {
+  const Array rows = other.lists.mDuplicateSongDicts;
+  const auto remove = [&](const Dictionary &row) {
+    for (qsizetype place = rows.size() - 1; place >= 0; --place) {
+      if (rows.at(place).toDictionary().isSame(row)) rows.removeAt(place);
+    }
+  };
+  for (qint64 group = 9; group > 0; --group) {
+    std::vector<Dictionary> members;
+    const Array pids = Array::make();
+    int selected = 0;
+    for (const Value &row : rows) {
+      if (row.toDictionary().value(keys::DupeGroup).toInteger() == group)
+        members.push_back(row.toDictionary());
+    }
+    for (auto row = members.rbegin(); row != members.rend(); ++row) {
+      if (!chosen.contains(row->identity())) continue;
+      ++selected;
+      if (row->contains(keys::PersistentID)) pids.append(row->value(keys::PersistentID));
+    }
+    if (selected < 2) continue;
+    other.ignoredDuplicates.addIgnoredDuplicatePIDs(pids);
+    const QString first = members.front().value(keys::PersistentID).toText();
+    const QSet<QString> ignored = other.ignoredDuplicates.ignoredDuplicatesForPID(first);
+    for (size_t place = members.size() - 1; place > 0; --place) {
+      const Dictionary row = members[place];
+      if (!ignored.contains(row.value(keys::PersistentID).toText())) continue;
+      members.erase(members.begin() + qsizetype(place));
+      remove(row);
+    }
+    if (members.size() == 1) remove(members.front());
+  }
+}
+
+TEST_F(DeclaredDuplicates, LeaveTheListAsFarAsTheFirstRowIsConcerned) {
+  const struct {
+    const char *name, *rows, *selected, *left, *stored, *stripes;
+  } cases[] = {
+      {"a group of two goes whole", "A1 B1 C2 D2", "AB", "C2 D2", "BA", "##"},
+      {"a whole group goes with its first row", "A1 B1 C1 D2 E2", "ABC", "D2 E2", "CBA", "##"},
+      {"rows behind the first stay until the next scan", "A1 B1 C1", "BC", "A1 B1 C1", "CB", "???"},
+      {"a group of three loses one row", "A1 B1 C1", "AC", "A1 B1", "CA", "??"},
+      {"several groups are stored from the last to the first", "A1 B1 C2 D2 E2 F3 G3", "ABCDFG", "C2 E2",
+       "GF DC BA", "##"},
+      {"a lone row of another group is left alone", "A1 B1 C2 D2", "ABC", "C2 D2", "BA", "##"},
+      {"rows without an ID stay, what is left of the list is stored", "A1 -1 C2 D2", "A-", "A1 -1 C2 D2", "A",
+       "????"},
+      {"a first row without an ID has declared nothing", "-1 B1 C1", "-BC", "-1 B1 C1", "CB", "???"},
+  };
+  for (const auto &test : cases) {
+    setRows(test.rows);
+    state.ignoredDuplicates.clear();
+    select(test.selected);
+    numberUpdates = view.reloads[0] = 0;
+    view.calls.clear();
+    groups.ignoreSelectedDuplicates();
+    EXPECT_EQ(described(list()), QString::fromUtf8(test.left)) << test.name;
+    EXPECT_EQ(declarations(), QString::fromUtf8(test.stored)) << test.name;
+    EXPECT_EQ(stripes(), QString::fromUtf8(test.stripes)) << test.name;
+    EXPECT_EQ(view.calls, QStringList({QStringLiteral("rememberSelection"),
+                                       QStringLiteral("sheet RememberNotDuplicatesTitle"),
+                                       QStringLiteral("restoreSelection")}))
+        << test.name;
+    EXPECT_EQ(numberUpdates, 1);
+    EXPECT_EQ(view.reloads[0], 1);
+  }
+}
+
+TEST_F(DeclaredDuplicates, EarlierDeclarationsOfTheFirstRowCountToo) {
+  setRows("A1 B1 C1 D2 E2");
+  declare("AB");
+  select("AC");
+  groups.ignoreSelectedDuplicates();
+  EXPECT_EQ(described(list()), QStringLiteral("D2 E2"));
+}
+
+TEST_F(DeclaredDuplicates, NothingIsDoneWithoutTwoRowsOfOneGroupOrWithoutConsent) {
+  setRows("A1 B1 C2 D2");
+  for (const char *selected : {"", "A", "AC"}) {
+    select(selected);
+    groups.ignoreSelectedDuplicates();
+    EXPECT_EQ(view.alerts.last().key, QStringLiteral("BadSelNotDuplicatesTitle")) << selected;
+    EXPECT_TRUE(view.alerts.last().critical);
+  }
+  select("AB");
+  view.answers.insert(QStringLiteral("RememberNotDuplicatesTitle"), 1);
+  groups.ignoreSelectedDuplicates();
+  EXPECT_EQ(view.alerts.last().key, QStringLiteral("RememberNotDuplicatesTitle"));
+  EXPECT_EQ(described(list()), QStringLiteral("A1 B1 C2 D2"));
+  EXPECT_EQ(declarations(), QString());
+  EXPECT_EQ(numberUpdates, 0);
+  const Array strangers = Array::make();
+  strangers.append(row(0).copyMembers(true));
+  strangers.append(row(1).copyMembers(true));
+  strangers.append(7);
+  EXPECT_EQ(groups.ignoreRows(strangers), 0);
+  EXPECT_EQ(declarations(), QString());
+}
+
+TEST_F(DeclaredDuplicates, OnePassLeavesWhatRemovingRowByRowLeaves) {
+  std::mt19937 random{11};
+  AppState other(view);
+  for (int round = 0; round < 500; ++round) {
+    state.lists.mDuplicateSongDicts = Array::make();
+    const Array chosen = Array::make();
+    QSet<const void *> identities;
+    for (int group = 1; group < 10; ++group) {
+      for (quint32 member = 0; member < 2 + random() % 4; ++member) {
+        const QString pid = random() % 8 ? QString(QChar(u'A' + int(random() % 26))) : QString();
+        const Dictionary made = addRow(pid, group);
+        if (random() % 2) continue;
+        chosen.append(made);
+        identities.insert(made.identity());
+      }
+    }
+    other.lists.mDuplicateSongDicts = list().copyMembers(true);
+    state.ignoredDuplicates.clear();
+    other.ignoredDuplicates.clear();
+    groups.ignoreRows(chosen);
+    ignoreStepByStep(other, identities);
+    EXPECT_EQ(described(list()), described(other.lists.mDuplicateSongDicts)) << round;
+    ASSERT_TRUE(isEqual(state.ignoredDuplicates.ignoredDuplicatePIDsArray(),
+                        other.ignoredDuplicates.ignoredDuplicatePIDsArray()));
+  }
+}
+
+TEST_F(DeclaredDuplicates, StayApartInTheNextScanAndInTheNextProcess) {
+  FilePreferenceStore files(folder(QStringLiteral("config")), propertyLists.get());
+  services.preferences = &files;
+  setPlatform(services);
+  prefs::set(prefs::manualMediaPath, folder(QStringLiteral("home/Music")));
+  prefs::set(prefs::ignoreDurationMinimum, 30);
+  for (const char16_t *pid : {u"A", u"B", u"C"}) add(pid, u"Ann", u"One", 60000);
+  add(nullptr, u"Ann", u"One", 60000).remove(keys::PersistentID);
+  scanner.setIgnoredDuplicates(storeOf(state));
+  EXPECT_EQ(scan(), QStringLiteral("1:A,B,C,"));
+  select("AC");
+  groups.ignoreSelectedDuplicates();
+  EXPECT_EQ(described(list()), QStringLiteral("A1 B1 -1"));
+  const auto scanAgain = [&](AppState &owner) {
+    state.operation.mNumberOfScannedPaths = 0;
+    state.lists.mDuplicateSongDicts = Array::make();
+    scanner.setIgnoredDuplicates(storeOf(owner));
+    return scan();
+  };
+  EXPECT_EQ(scanAgain(state), QStringLiteral("1:A,B,"));
+  state.ignoredDuplicates.writeIgnoredDuplicatePIDs();
+  FilePreferenceStore reopened(folder(QStringLiteral("config")), propertyLists.get());
+  services.preferences = &reopened;
+  setPlatform(services);
+  AppState nextProcess(view);
+  EXPECT_EQ(scanAgain(nextProcess), QStringLiteral("1:A,B,"));
+}
+
+}  // namespace
