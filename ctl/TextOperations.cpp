@@ -1,6 +1,7 @@
 #include "ctl/TextOperations.h"
 
 #include <QHash>
+#include <charconv>
 #include <functional>
 
 #include "ctl/RequestArguments.h"
@@ -8,18 +9,24 @@
 #include "support/Checksum.h"
 #include "support/FormatCount.h"
 #include "support/Hexadecimal.h"
+#include "support/Trash.h"
+#include "text/AmpersandCodes.h"
 #include "text/Characters.h"
 #include "text/Enclosed.h"
+#include "text/Html.h"
+#include "text/Levenshtein.h"
+#include "text/Metaphone.h"
 #include "text/PlainAscii.h"
 #include "text/PlistDate.h"
 #include "text/Search.h"
 #include "text/Simplified.h"
+#include "text/Whitespace.h"
 #include "text/Words.h"
 #include "values/Keys.h"
 
 namespace {
 
-const Key kOp(u"op"), kArgs(u"args"), kIgnorePlurals(u"ignorePlurals");
+const Key kOp(u"op"), kArgs(u"args"), kIgnorePlurals(u"ignorePlurals"), kCode(u"code"), kLength(u"length");
 
 using Operation = std::function<Value(RequestArguments &)>;
 
@@ -36,6 +43,14 @@ Operation ofTwoTexts(bool (*test)(const QString &, const QString &)) {
   return [test](RequestArguments &arguments) -> Value {
     const std::optional<QString> text = arguments.text(), other = arguments.text();
     return text && test(*text, other.value_or(QString()));
+  };
+}
+
+/// A test of a text. False for an absent one.
+Operation ofTest(bool (*test)(const QString &)) {
+  return [test](RequestArguments &arguments) -> Value {
+    const std::optional<QString> text = arguments.text();
+    return text && test(*text);
   };
 }
 
@@ -75,6 +90,56 @@ Value reversedOrder(RequestArguments &arguments) {
   return text && other ? Value(int(reversedCompare(*text, *other))) : Value();
 }
 
+/// A 32-bit number as the shortest decimal that means it, as people write it.
+Value shortest(float number) {
+  char text[32];
+  const auto written = std::to_chars(text, text + sizeof text, number);
+  return QByteArray(text, written.ptr - text).toDouble();
+}
+
+Value distance(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text(), other = arguments.text();
+  const bool isGood = text && !arguments.hasFailed();
+  return isGood ? shortest(levenshteinCompareWithWord(*text, other.value_or(QString()))) : Value();
+}
+
+Value phraseDistance(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text(), other = arguments.text();
+  const auto seconds = float(arguments.number());
+  const bool isGood = text && !arguments.hasFailed();
+  return isGood ? shortest(levenshteinComparePhrase(*text, other.value_or(QString()), seconds)) : Value();
+}
+
+Value phraseKey(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text();
+  const bool withoutMinorWords = arguments.boolean();
+  return text ? Value(metaphoneWithoutMinorWords(*text, withoutMinorWords)) : Value();
+}
+
+/// The code and the length of the entity at an index.
+Value entityAt(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text();
+  const double index = arguments.number();
+  const bool isIndex = text && index >= 0 && index < double(text->size());
+  const AmpersandCode entity =
+      isIndex ? ampersandCodeEquivalentAtIndexCodeLength(*text, qsizetype(index)) : AmpersandCode();
+  const Dictionary answer = Dictionary::make();
+  answer.set(kCode, int(entity.code));
+  answer.set(kLength, int(entity.length));
+  return text ? Value(answer) : Value();
+}
+
+/// The options are null, "literal" or "caseInsensitive".
+Value replaced(RequestArguments &arguments) {
+  const std::optional<QString> text = arguments.text(), target = arguments.text(),
+                               replacement = arguments.text();
+  const bool isLiteral = arguments.text().value_or(QString()) != u"caseInsensitive";
+  const SearchOption option = isLiteral ? SearchOption::Literal : SearchOption::CaseInsensitive;
+  return text ? Value(stringByReplacingOccurrencesOfStringWithStringOptions(
+                    *text, target.value_or(QString()), replacement.value_or(QString()), option))
+              : Value();
+}
+
 Value dataIsIn(RequestArguments &arguments) {
   const std::optional<QByteArray> bytes = arguments.bytes(), pattern = arguments.bytes();
   if (!bytes) return false;
@@ -105,6 +170,26 @@ const QHash<QString, Operation> &operations() {
       {QStringLiteral("capitalizedString"), ofText(capitalizedString)},
       {QStringLiteral("normalizedString"), ofText(normalizedString)},
       {QStringLiteral("reversedCompare"), reversedOrder},
+      {QStringLiteral("capitalizedPhraseString"), ofText(capitalizedPhraseString)},
+      {QStringLiteral("metaphoneWord"), ofText(metaphoneWord)},
+      {QStringLiteral("metaphone"), ofText(metaphone)},
+      {QStringLiteral("metaphoneNoMinorWords"), ofText(metaphoneNoMinorWords)},
+      {QStringLiteral("metaphoneWithoutMinorWords"), phraseKey},
+      {QStringLiteral("levenshtein"), distance},
+      {QStringLiteral("levenshteinCompareWithWord"), distance},
+      {QStringLiteral("phraseCompare"), phraseDistance},
+      {QStringLiteral("ampersandCodeEquivalentAtIndex"), entityAt},
+      {QStringLiteral("ampersandCodeEquivalentAtIndexCodeLength"), entityAt},
+      {QStringLiteral("stringByReplacingAmpersandCodes"), ofText(stringByReplacingAmpersandCodes)},
+      {QStringLiteral("stringByInsertingAmpersandCodes"), ofText(stringByInsertingAmpersandCodes)},
+      {QStringLiteral("stringFlowedFromHTML"), ofText(stringFlowedFromHTML)},
+      {QStringLiteral("containsZeroWidthCharacter"), ofTest(containsZeroWidthCharacter)},
+      {QStringLiteral("stringWithVisibleZeroWidthCharacters"), ofText(stringWithVisibleZeroWidthCharacters)},
+      {QStringLiteral("containsRedundantWhitespace"), ofTest(containsRedundantWhitespace)},
+      {QStringLiteral("stringByRemovingSurroundingQuotes"), ofText(stringByRemovingSurroundingQuotes)},
+      {QStringLiteral("stringByReplacingOccurrencesOfString"), replaced},
+      {QStringLiteral("stringByReplacingOccurrencesOfStringWithStringOptions"), replaced},
+      {QStringLiteral("pathIsInTrash"), ofTest(pathIsInTrash)},
       {QStringLiteral("CRC"), ofBytes([](QByteArrayView bytes) { return Value(qint64(CRC(bytes))); })},
       {QStringLiteral("containsData"), dataIsIn},
       {QStringLiteral("hexadecimalStringRepresentation"),

@@ -258,7 +258,7 @@ bool hasEnded(pid_t child) {
 }
 
 TEST_F(CopyingTrash, AKillAtAnyInstantLosesNothing) {
-  constexpr int kRounds = 24;
+  constexpr int kRounds = 16;
   const QString copied = thrown(QStringLiteral("Album"));
   int killed = 0;
   for (int round = 0; round < kRounds; ++round) {
