@@ -48,6 +48,8 @@ void print(const DemoSummary &summary, bool noMedia) {
   }
   std::printf("Song files: %d\n", summary.songFiles);
   std::printf("Duplicate groups: %d with %d songs\n", summary.duplicateGroups, summary.duplicateRows);
+  std::printf("Names in several spellings: %d artists, %d albums\n", summary.inconsistentArtists,
+              summary.inconsistentAlbums);
   std::printf("Missing tracks: %d\nOrphans: %d\n", summary.missingTracks, summary.orphans);
 }
 

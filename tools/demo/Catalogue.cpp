@@ -107,14 +107,34 @@ Misspelling misspelling(int index) {
     const char16_t *artist;
     int likeArtist;
     bool albumToo;
-  } kMisspellings[kMisspellingCount] = {{u"Velvet Lanterns", 0, false},  {u"Tessa Wrenfeild", 6, false},
-                                        {u"Sabel Machinery", 8, false},  {u"Nightjar Asembly", 5, true},
-                                        {u"Cassius Voal", 10, false},    {u"Ninth Tram home", 15, false},
-                                        {u"Mirelle Obertin", 13, false}, {u"Bjornika Solvang", 17, true}};
+    bool isSameArtist = false;
+  } kMisspellings[kMisspellingCount] = {
+      {u"Velvet Lanterns", 0, false, true}, {u"Tessa Wrenfeild", 6, false},
+      {u"Sabel Machinery", 8, false},       {u"Nightjar Asembly", 5, true},
+      {u"Cassius Voal", 10, false},         {u"Ninth Tram home", 15, false, true},
+      {u"Mirelle Obertin", 13, false},      {u"Bjornika Solvang", 17, true, true}};
   const auto &entry = kMisspellings[index];
   QString albumName = album(entry.likeArtist, 0);
   if (entry.albumToo) albumName.remove(2, 1);
-  return {text(entry.artist), albumName};
+  return {text(entry.artist), albumName, entry.isSameArtist};
+}
+
+NameVariant nameVariant(int index) {
+  const QString loose = QStringLiteral("Loose Ends");
+  QString wrongCapitals = album(9, 0), twoBlanks = album(7, 1);
+  wrongCapitals.replace(QStringLiteral(" S"), QStringLiteral(" s"));
+  twoBlanks.replace(u' ', QStringLiteral("  "));
+  const NameVariant variants[kNameVariantCount] = {
+      {artist(10).toUpper(), {}, album(10, 1), true, false},
+      {artist(16), QStringLiteral("The ") + artist(16), album(16, 1), true, false},
+      {QStringLiteral("Mgmt"), {}, loose, false, false},
+      {QStringLiteral("mgmt"), {}, loose, true, false},
+      {artist(9), {}, wrongCapitals, false, true},
+      {artist(12), {}, QStringLiteral("The ") + album(12, 0), false, true},
+      {artist(7), {}, twoBlanks, false, true},
+      {QStringLiteral("Radiohead"), {}, QStringLiteral("Ok Computer"), false, false},
+      {QStringLiteral("Radiohead"), {}, QStringLiteral("OK computer"), false, true}};
+  return variants[index];
 }
 
 }  // namespace catalogue

@@ -26,8 +26,21 @@ Spellings spellings(int index);
 /// Artists and albums in a spelling that is near another one of the catalogue.
 struct Misspelling {
   QString artist, album;
+  /// The artist counts as the same under the settings that the application comes with.
+  bool isSameArtist = false;
 };
 inline constexpr int kMisspellingCount = 8;
 Misspelling misspelling(int index);
+
+/// Artists and albums in another spelling, which counts as the same under the settings that the application
+/// comes with. Two of the artists exist: their names defy the rules for capitals, which the application
+/// knows.
+struct NameVariant {
+  QString artist, albumArtist, album;
+  /// This song makes its artist or its album one that is spelled in several ways.
+  bool makesArtist = false, makesAlbum = false;
+};
+inline constexpr int kNameVariantCount = 9;
+NameVariant nameVariant(int index);
 
 }  // namespace catalogue

@@ -85,6 +85,8 @@ DemoSummary makeDemoLibrary(const QString &home, quint64 seed) {
   summary.droppedTracks = plan.droppedTracks;
   summary.duplicateGroups = plan.duplicateGroups;
   summary.duplicateRows = plan.duplicateRows;
+  summary.inconsistentArtists = plan.inconsistentArtists;
+  summary.inconsistentAlbums = plan.inconsistentAlbums;
   summary.missingTracks = plan.missingTracks;
   summary.orphans = int(plan.orphans.size());
   const QString musicFolder = mediaFolderOf(home) + QStringLiteral("/Music");

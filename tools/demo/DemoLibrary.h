@@ -8,6 +8,8 @@ struct DemoSummary {
   QString libraryFile;
   int tracks = 0, droppedTracks = 0;
   int duplicateGroups = 0, duplicateRows = 0;
+  /// Artists and albums that are spelled in several ways.
+  int inconsistentArtists = 0, inconsistentAlbums = 0;
   int missingTracks = 0, orphans = 0;
   int playlists = 0, songFiles = 0;
   /// What went wrong, with the file's path; empty when all is written.

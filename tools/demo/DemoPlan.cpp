@@ -11,5 +11,6 @@ DemoPlan planDemoLibrary(quint64 seed) {
   builder.addMissing();
   builder.addOrphans();
   builder.addNonSongs();
+  builder.addNameVariants();
   return builder.finish();
 }

@@ -12,6 +12,8 @@ struct DemoPlan {
   std::vector<DemoTrack> orphans;
   int duplicateGroups = 0;
   int duplicateRows = 0;
+  int inconsistentArtists = 0;
+  int inconsistentAlbums = 0;
   int droppedTracks = 0;
   int missingTracks = 0;
 };

@@ -9,6 +9,14 @@ namespace {
 constexpr int kSmallRates[] = {32, 40, 48, 56};
 constexpr int kStep = 7;
 
+/// Makes an MP3 file large enough to be taken for a song and no fragment of one.
+void makeWeighty(DemoTrack &song) {
+  constexpr int kLongEnough = 4000;
+  if (song.isM4a()) return;
+  song.bitRate = 256;
+  song.milliseconds = qMax(song.milliseconds, kLongEnough);
+}
+
 QString pathPart(QString name) {
   name.replace(u'/', u'_').replace(u':', u'_');
   if (name.startsWith(u'.')) name[0] = u'_';
@@ -87,12 +95,14 @@ void PlanBuilder::addDuplicates() {
       second.tags.artist = both.secondArtist;
       second.tags.name = both.secondName;
       addCopy(copyOf(second, QStringLiteral(" (1)"), false));
+      plan.inconsistentArtists += both.firstArtist != both.secondArtist ? 1 : 0;
       continue;
     }
+    if (group < kOtherRate) makeWeighty(plan.tracks[size_t(index)]);
     const DemoTrack song = plan.tracks[size_t(index)];
     const bool otherKind = group >= kOtherRate && group < kOtherKind;
     DemoTrack copy = copyOf(song, QStringLiteral(" 1"), otherKind ? !song.isM4a() : song.isM4a());
-    if (group < kOtherRate) copy.bitRate = song.isM4a() ? 128 : 64;
+    if (group < kOtherRate) copy.bitRate = song.isM4a() ? 128 : 320;
     addCopy(copy);
     if (group >= kOtherKind && group < kThreeCopies) {
       DemoTrack third = copyOf(song, QStringLiteral(" 2"), false);
@@ -138,6 +148,25 @@ void PlanBuilder::addMisspellings() {
     song.tags.track = 8;
     song.path = songPath(song.tags, {}, song.isM4a());
     plan.tracks.push_back(song);
+    plan.inconsistentArtists += wrong.isSameArtist ? 1 : 0;
+  }
+}
+
+void PlanBuilder::addNameVariants() {
+  // Behind the titles of the songs that have no entry.
+  constexpr int kFirstTitle = catalogue::kSongCount + 70;
+  for (int i = 0; i < catalogue::kNameVariantCount; ++i) {
+    const catalogue::NameVariant variant = catalogue::nameVariant(i);
+    DemoTrack song = makeSong(kFirstTitle + i);
+    song.tags.artist = variant.artist;
+    song.tags.albumArtist = variant.albumArtist;
+    song.tags.album = variant.album;
+    // Behind the songs of the album that it belongs to.
+    song.tags.track = song.tags.trackCount = 8;
+    song.path = songPath(song.tags, {}, song.isM4a());
+    plan.tracks.push_back(song);
+    plan.inconsistentArtists += variant.makesArtist ? 1 : 0;
+    plan.inconsistentAlbums += variant.makesAlbum ? 1 : 0;
   }
 }
 

@@ -18,6 +18,8 @@ class PlanBuilder {
   void addLookalikes();
   /// Songs under misspelled artists and albums.
   void addMisspellings();
+  /// Songs whose artist or album stands elsewhere in another spelling.
+  void addNameVariants();
   /// Entries whose file is gone, some of them moved to where no entry finds it.
   void addMissing();
   /// Files that no entry names.
