@@ -1,5 +1,7 @@
 #include "ctl/MarksReport.h"
 
+#include <limits>
+
 #include "ctl/RowText.h"
 #include "values/Keys.h"
 
@@ -23,6 +25,13 @@ QString audioReason(qint32 criterion) {
                                       "added last"};
   const bool isKnown = criterion >= 0 && criterion < qint32(std::size(names));
   return QString::fromLatin1(names[isKnown ? criterion : 0]);
+}
+
+QString numbersOf(qint32 criterion, qint32 score) {
+  // What the best of rows scores whose files are all gone or mere fragments.
+  const bool isUnusable = score == -std::numeric_limits<qint32>::max();
+  const QString worth = isUnusable ? QStringLiteral("no usable file") : QStringLiteral("score %1").arg(score);
+  return QStringLiteral(" (criterion %1, %2)").arg(criterion).arg(worth);
 }
 
 }  // namespace
@@ -86,9 +95,7 @@ void MarksReport::print(Terminal &terminal) const {
 
 void MarksReport::printWinner(const Automark::Choice &choice, const char *what, const Winner &winner,
                               Terminal &terminal) const {
-  const QString number =
-      winner.criterion ? QStringLiteral(" (criterion %1, score %2)").arg(*winner.criterion).arg(winner.score)
-                       : QString();
+  const QString number = winner.criterion ? numbersOf(*winner.criterion, winner.score) : QString();
   terminal.print(QStringLiteral("  %1: %2%3").arg(QString::fromLatin1(what), winner.reason, number));
   terminal.print(QStringLiteral("  ") + rowtext::lineOf(rowOf(choice, winner.row)));
 }
