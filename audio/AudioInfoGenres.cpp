@@ -69,8 +69,7 @@ QString AudioInfoTag::expandedGenres(const QString &stored) {
     if (!named.isNull()) text = named;
   }
   QStringList names = text.split(u'/');
-  for (qsizetype index = names.size() - 1; index > 0; --index) {
-    if (names.indexOf(names[index]) < index) names.removeAt(index);
-  }
-  return names.join(u'/');
+  names.removeDuplicates();
+  const QString joined = names.join(u'/');
+  return joined.isNull() ? u""_qs : joined;
 }

@@ -81,6 +81,46 @@ class SongFile {
   void setActivityStatus(qint32 status) { mStatus = status; }
   QString description() const;
 
+  // The order of two songs by one value of their tags, which are built if needed: negative, 0 or positive.
+  // Unless it says otherwise, smaller values go first and a song without a value behind all others.
+  int rawCompareArtist(SongFile &other);
+  int rawCompareTitle(SongFile &other);
+  int rawCompareAlbum(SongFile &other);
+  int rawCompareGenre(SongFile &other);
+  int rawCompareReadVersion(SongFile &other);
+  int rawCompareTrack(SongFile &other);
+  /// A song without a year goes first.
+  int rawCompareYear(SongFile &other);
+  /// None, fewer than 100 characters, more.
+  int rawCompareLyrics(SongFile &other);
+  int rawCompareArt(SongFile &other);
+  /// The higher status goes first.
+  int rawCompareActivity(SongFile &other);
+  int rawCompareIndex(SongFile &other);
+  int rawCompareBPM(SongFile &other);
+  int rawCompareIsCompilation(SongFile &other);
+  int rawCompareDuration(SongFile &other);
+
+  // The order of two songs for a list sorted by one column: that value first, then others.
+  int compareArtist(SongFile &other);
+  int compareTitle(SongFile &other);
+  int compareAlbum(SongFile &other);
+  int compareTrack(SongFile &other);
+  int compareYear(SongFile &other);
+  int compareGenre(SongFile &other);
+  int compareArt(SongFile &other);
+  int compareReadVersion(SongFile &other);
+  int compareBPM(SongFile &other);
+  int compareDuration(SongFile &other);
+  int compareIndex(SongFile &other);
+  int compareCompilation(SongFile &other);
+  /// Among equals the albums run in reverse.
+  int compareLyrics(SongFile &other);
+  int compareActivity(SongFile &other);
+
+  /// -1 if a is above b, 1 if it is below, else 0.
+  static int compareTo(qint32 a, qint32 b);
+
  private:
   SongFile() = default;
 

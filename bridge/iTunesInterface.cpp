@@ -53,4 +53,16 @@ QString musicLibraryMostCommonParentMediaPath() {
   return {};
 }
 
+QString pathOfCurrentlyPlayingTrack() {
+  return {};
+}
+
+void pausePlaying() {}
+
+void resumePlaying() {}
+
+std::optional<QString> refreshAndGetPathOfSongWithPID(const QString &) {
+  return std::nullopt;
+}
+
 }  // namespace iTunesInterface

@@ -44,4 +44,12 @@ QString musicLibraryMediaPath();
 /// The folder that holds most of the tracks' files, by direct access; empty if there is none.
 QString musicLibraryMostCommonParentMediaPath();
 
+/// The file of the track that is playing; null if none plays or nobody answers.
+QString pathOfCurrentlyPlayingTrack();
+void pausePlaying();
+void resumePlaying();
+/// Has the application look at a track's file again: the path that it has now, a text that begins with "error",
+/// or nothing if nobody answers.
+std::optional<QString> refreshAndGetPathOfSongWithPID(const QString &pid);
+
 }  // namespace iTunesInterface

@@ -17,6 +17,8 @@ struct Folders {
   /// Holds the log, in a folder of the program's own.
   QString applicationSupport;
   QString temporary;
+  /// What may be thrown away at any time; every program has a folder of its own in it.
+  QString caches;
   /// The user's music.
   QString music;
 };

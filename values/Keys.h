@@ -94,6 +94,8 @@ inline const Key runIsBold{u"bold"};
 inline const Key kMDItemDurationSeconds{u"kMDItemDurationSeconds"};
 inline const Key kMDItemAudioBitRate{u"kMDItemAudioBitRate"};
 inline const Key kMDItemAudioSampleRate{u"kMDItemAudioSampleRate"};
+/// The title that a file's tag had before it was changed.
+inline const Key OriginalTitle{u"Title"};
 // An archived tag.
 inline const Key playlist{u"playlist"};
 inline const Key playlistIndex{u"playlistIndex"};
@@ -127,5 +129,12 @@ inline const Key oddNameAlbums{u"oddNameAlbums"};
 // A saved layout of a table's columns.
 inline const Key columnKey{u"key"};
 inline const Key columnWidth{u"width"};
+
+// An archived picture.
+inline const Key mimeFormat{u"mimeFormat"};
+inline const Key pictureDescription{u"description"};
+inline const Key textEncoding{u"textEncoding"};
+inline const Key pictureType{u"pictureType"};
+inline const Key pictureData{u"pictureData"};
 
 }  // namespace keys

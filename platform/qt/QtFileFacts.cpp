@@ -8,6 +8,10 @@ Dictionary QtFileFacts::metadata(const QString &) const {
   return {};
 }
 
+QString QtFileFacts::typeCode(const QString &) const {
+  return {};
+}
+
 std::optional<Date> QtFileFacts::modificationDate(const QString &path) const {
   struct stat facts = {};
   if (::stat(QFile::encodeName(path).constData(), &facts) != 0) return std::nullopt;

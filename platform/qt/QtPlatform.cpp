@@ -10,6 +10,7 @@ Folders standardFolders() {
   folders.home = QDir::homePath();
   folders.applicationSupport = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
   folders.temporary = QDir::tempPath();
+  folders.caches = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
   folders.music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
   return folders;
 }
