@@ -15,6 +15,8 @@ class FileFacts {
   virtual std::optional<Date> modificationDate(const QString &path) const = 0;
   /// The four-character type code that some file systems keep; empty elsewhere.
   virtual QString typeCode(const QString &path) const = 0;
+  /// True for a folder that the platform shows to its users as one file.
+  virtual bool isPackage(const QString &path) const = 0;
   /// The size in bytes of what a path leads to, links followed; -1 if it cannot be told; nothing if there is
   /// no file.
   virtual std::optional<qint64> fileSize(const QString &path) const = 0;

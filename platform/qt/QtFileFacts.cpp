@@ -12,6 +12,10 @@ QString QtFileFacts::typeCode(const QString &) const {
   return {};
 }
 
+bool QtFileFacts::isPackage(const QString &) const {
+  return false;
+}
+
 std::optional<Date> QtFileFacts::modificationDate(const QString &path) const {
   struct stat facts = {};
   if (::stat(QFile::encodeName(path).constData(), &facts) != 0) return std::nullopt;

@@ -8,5 +8,6 @@ class QtFileFacts : public FileFacts {
   Dictionary metadata(const QString &path) const override;
   std::optional<Date> modificationDate(const QString &path) const override;
   QString typeCode(const QString &path) const override;
+  bool isPackage(const QString &path) const override;
   std::optional<qint64> fileSize(const QString &path) const override;
 };
