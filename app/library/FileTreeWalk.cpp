@@ -49,6 +49,11 @@ EntryKind kindOf(const QByteArray &path, unsigned char listed) {
   return S_ISDIR(facts.st_mode) ? EntryKind::Folder : EntryKind::File;
 }
 
+/// False for a name that is none in the file system's encoding: it leads nowhere.
+bool isText(const QString &name, const QByteArray &stored) {
+  return !name.contains(QChar::ReplacementCharacter) || QFile::encodeName(name) == stored;
+}
+
 class Walk {
  public:
   Walk(const QString &base, bool entersPackages, quint32 count)
@@ -61,8 +66,7 @@ class Walk {
       const QString name = QFile::decodeName(entry.name);
       const QString path = folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
       EntryKind kind = EntryKind::Gone;
-      // A name that is no text of the file system's encoding leads nowhere.
-      if (!name.contains(QChar::ReplacementCharacter)) kind = kindOf(bytes + '/' + entry.name, entry.type);
+      if (isText(name, entry.name)) kind = kindOf(bytes + '/' + entry.name, entry.type);
       if (kind == EntryKind::Gone) {
         BMLog("!!! rfpid !exists: %@", path);
         continue;
