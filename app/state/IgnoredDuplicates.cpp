@@ -69,6 +69,7 @@ const Array &IgnoredDuplicates::loaded() {
     foreignValue = stored;
   }
   declarations = isList(stored) ? stored.toArray().copyMembers(true) : Array::make();
+  loadedDeclarations = declarations.copyMembers(false);
   logForeignMembers();
   return declarations;
 }
@@ -130,21 +131,33 @@ void IgnoredDuplicates::clear() {
   const std::lock_guard held(guard);
   loaded();
   declarations = Array::make();
+  loadedDeclarations = {};
   index = {};
+}
+
+Array IgnoredDuplicates::declarationsToStore() const {
+  const Value stored = prefs::value(prefsKey);
+  const bool isOurs = loadedDeclarations.isNull() || !isList(stored) || isEqual(stored, loadedDeclarations);
+  if (isOurs) return declarations;
+  const Array both = stored.toArray().copyMembers(true);
+  for (qsizetype added = loadedDeclarations.size(); added < declarations.size(); ++added) {
+    both.append(declarations.at(added));
+  }
+  return both;
 }
 
 void IgnoredDuplicates::writeIgnoredDuplicatePIDs() {
   const std::lock_guard held(guard);
   if (declarations.isNull()) return;
   setForeignValueAside();
-  prefs::set(fixedPrefsKey(), declarations);
-  declarations = {};
+  prefs::set(prefsKey, declarationsToStore());
+  declarations = loadedDeclarations = {};
   index = {};
 }
 
 void IgnoredDuplicates::setForeignValueAside() {
   if (foreignValue.isNull()) return;
-  const QString aside = fixedPrefsKey() + QStringLiteral("-foreign");
+  const QString aside = prefsKey + QStringLiteral("-foreign");
   QString free = aside;
   for (int number = 2; !prefs::value(free).isNull(); ++number) free = aside + QString::number(number);
   prefs::set(free, foreignValue);

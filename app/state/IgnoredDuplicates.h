@@ -31,6 +31,7 @@ class IgnoredDuplicates {
   /// Forgets all declarations, in memory.
   void clear();
   /// Writes what is in memory to the preferences and drops it from memory; nothing if it was never loaded.
+  /// What another process has stored or forgotten since the loading stays so; this one's additions follow it.
   /// A value found there that is no list is kept under a key of its own, the first free one of "KEY-foreign",
   /// "KEY-foreign2" and so on.
   void writeIgnoredDuplicatePIDs();
@@ -48,6 +49,7 @@ class IgnoredDuplicates {
   const Array &loaded();
   Value formerDeclarations() const;
   void logForeignMembers() const;
+  Array declarationsToStore() const;
   void setForeignValueAside();
 
   const AppState &state;
@@ -55,6 +57,8 @@ class IgnoredDuplicates {
   // Guarded by guard.
   QString prefsKey, formerPath;
   Array declarations;
+  /// As they were loaded; none once they have been forgotten.
+  Array loadedDeclarations;
   DeclarationIndex index;
   /// What the preferences hold instead of a list, until it is set aside.
   Value foreignValue;

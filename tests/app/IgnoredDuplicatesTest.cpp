@@ -3,7 +3,6 @@
 #include <random>
 
 #include "app/state/AppState.h"
-#include "app/state/OverridePaths.h"
 #include "platform/qt/LibplistPropertyList.h"
 #include "support/Preferences.h"
 #include "tests/fixtures/ScriptedView.h"
@@ -80,6 +79,28 @@ TEST_F(IgnoredDuplicatesTest, ATrackIsIgnoredWithAllThatWasDeclaredWithIt) {
   EXPECT_EQ(ignored(store, QStringLiteral("F")), QStringLiteral("EF")) << "loaded again";
   store.clear();
   EXPECT_EQ(ignored(store, QStringLiteral("F")), QString());
+}
+
+TEST_F(IgnoredDuplicatesTest, WhatAnotherProcessStoredIsNotLost) {
+  const struct {
+    const char *meanwhile, *expected;
+    bool cleared;
+  } cases[] = {
+      {"AB", "AB XY", false},
+      {"AB CD", "AB CD XY", false},
+      {"", "XY", false},
+      {"AB CD", "XY", true},
+  };
+  for (const auto &[meanwhile, expected, cleared] : cases) {
+    setPreference(key, lists("AB"));
+    IgnoredDuplicates other(state);
+    other.ignoredDuplicatePIDsArray();
+    setPreference(key, lists(meanwhile));
+    if (cleared) other.clear();
+    other.addIgnoredDuplicatePIDs(lists("XY").at(0).toArray());
+    other.writeIgnoredDuplicatePIDs();
+    EXPECT_TRUE(isEqual(preference(key), lists(expected))) << expected;
+  }
 }
 
 TEST_F(IgnoredDuplicatesTest, TheIndexAnswersLikeAWalkOverAllDeclarations) {
@@ -190,11 +211,4 @@ TEST_F(IgnoredDuplicatesTest, TheUntrustedListIsStoredAndLeavesNoTraceWhenEmpty)
   setPreference(prefs::untrustedPIDs_3, 5);
   EXPECT_EQ(AppState(view).untrustedLocations.untrustedLocationPIDsArray().size(), 0);
   EXPECT_EQ(warnings(), 1);
-}
-
-TEST_F(IgnoredDuplicatesTest, OverridePathsAreNotStored) {
-  equivOverridePathsDict(state).insert(QStringLiteral("/a"), QStringLiteral("/b"));
-  writeEquivOverridePathsDict(state);
-  EXPECT_EQ(state.library.mOverridePathsDict.value(QStringLiteral("/a")), QStringLiteral("/b"));
-  EXPECT_TRUE(preferences.keys(services.bundle.identifier).isEmpty());
 }
