@@ -107,7 +107,7 @@ QString ID3Image::filenameSuffix() {
   const QString type = mimeFormat();
   if (type.isNull()) return {};
   QString suffix = type.mid(kImagePrefix.size());
-  suffix.replace(u"jpeg", u"jpg");
+  suffix.replace(u"jpeg"_qs, u"jpg"_qs);
   return suffix.isEmpty() ? u""_qs : suffix.toUpper();
 }
 
