@@ -1,5 +1,6 @@
 #include "repairs/AutomarkRow.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 

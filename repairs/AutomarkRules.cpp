@@ -1,5 +1,6 @@
 #include "repairs/AutomarkRules.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "repairs/MarkChooser.h"
