@@ -69,14 +69,14 @@ quint32 InconsistentNameFinder::albumIdOf(quint32 track) {
 std::vector<Dictionary> InconsistentNameFinder::rowsOf(quint32 seed) {
   const quint32 artist = artistIds[seed];
   if (artist == 0 || isArtistMatched[seed]) return {};
-  Pass pass(seed, seed < candidatesEnd);
+  Pass pass(seed, hadPass);
+  hadPass = true;
   if (progress[artist] == Progress::Fresh) {
     compareAll(pass);
-  } else if (!isAlbumMatched[seed]) {
+  } else {
     if (progress[artist] == Progress::OneSpelling) linkAlbums(seed);
     compareLinkedAlbums(pass);
   }
-  candidatesEnd = quint32(tracks.size());
   std::vector<Dictionary> rows;
   if (pass.artistDiffers) rows.push_back(rowOf(pass, keys::RKIsArtistMatched, pass.artistSongs));
   if (pass.albumDiffers) rows.push_back(rowOf(pass, keys::RKIsAlbumMatched, pass.albumSongs));
@@ -88,7 +88,6 @@ std::vector<Dictionary> InconsistentNameFinder::rowsOf(quint32 seed) {
 void InconsistentNameFinder::compareAll(Pass &pass) {
   for (quint32 other = nextOfArtist[pass.seed]; other != kNoTrack; other = nextOfArtist[other]) {
     if (stop(other)) return;
-    candidatesEnd = std::max(candidatesEnd, other + 1);
     pass.artistSongs.push_back(other);
     if (!pass.artistDiffers) pass.artistDiffers = differsInArtist(pass.seed, other);
     compareAlbum(pass, other);

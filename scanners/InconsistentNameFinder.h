@@ -55,6 +55,6 @@ class InconsistentNameFinder {
   std::vector<bool> isAlbumArtistKeyed;
   /// By artist key.
   std::vector<Progress> progress;
-  /// All tracks between the first seed and this one have been candidates.
-  quint32 candidatesEnd = 0;
+  /// A seed has been compared with all later tracks, so that each of them has been a candidate.
+  bool hadPass = false;
 };
