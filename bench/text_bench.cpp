@@ -2,6 +2,7 @@
 
 #include "platform/Platform.h"
 #include "platform/qt/IcuUnicode.h"
+#include "text/Metaphone.h"
 #include "text/Simplified.h"
 
 namespace {
@@ -72,6 +73,22 @@ void transliterateNames(benchmark::State &state, const QStringList &names) {
   state.SetItemsProcessed(state.iterations() * names.size());
 }
 
+void soundKeys(benchmark::State &state, const QStringList &names) {
+  usePlatform();
+  for (auto _ : state)
+    for (const QString &name : names) benchmark::DoNotOptimize(metaphoneNoMinorWords(name));
+  state.SetItemsProcessed(state.iterations() * names.size());
+}
+
+/// One word each: what the names' words cost without the search for minor words.
+void soundKeysOfWords(benchmark::State &state, const QStringList &names) {
+  usePlatform();
+  const QStringList words = names.join(u' ').split(u' ');
+  for (auto _ : state)
+    for (const QString &word : words) benchmark::DoNotOptimize(metaphoneWord(word));
+  state.SetItemsProcessed(state.iterations() * words.size());
+}
+
 BENCHMARK_CAPTURE(simplifyNames, ascii, kAscii);
 BENCHMARK_CAPTURE(simplifyNames, accentedLatin, kLatin);
 BENCHMARK_CAPTURE(transliterateNames, accentedLatin, kLatin);
@@ -80,6 +97,10 @@ BENCHMARK_CAPTURE(transliterateNames, cyrillic, kCyrillic);
 BENCHMARK_CAPTURE(simplifyNames, otherScripts, kOther);
 BENCHMARK_CAPTURE(simplifyNewNames, otherScriptsNew, kOther);
 BENCHMARK_CAPTURE(transliterateNames, otherScripts, kOther);
+BENCHMARK_CAPTURE(soundKeys, ascii, kAscii);
+BENCHMARK_CAPTURE(soundKeysOfWords, ascii, kAscii);
+BENCHMARK_CAPTURE(soundKeys, accentedLatin, kLatin);
+BENCHMARK_CAPTURE(soundKeys, cyrillic, kCyrillic);
 
 }  // namespace
 

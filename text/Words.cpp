@@ -1,5 +1,7 @@
 #include "text/Words.h"
 
+#include <algorithm>
+
 #include "text/Search.h"
 
 namespace {
@@ -14,6 +16,18 @@ QString withoutOuter(const QString &text) {
   return text.mid(from, to - from);
 }
 
+/// False only if none of the words stands between blanks or at an end.
+bool mayHoldOne(QStringView text, const QStringList &words) {
+  const auto hasBlank = [](const QString &word) { return word.contains(u' '); };
+  if (std::any_of(words.begin(), words.end(), hasBlank)) return true;
+  for (const QStringView piece : text.tokenize(u' ')) {
+    for (const QString &word : words) {
+      if (piece.size() == word.size() && piece.compare(word, Qt::CaseInsensitive) == 0) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 const QStringList &minorWords() {
@@ -23,6 +37,7 @@ const QStringList &minorWords() {
 }
 
 QString stringWithoutWords(const QString &text, const QStringList &words) {
+  if (!mayHoldOne(text, words)) return text.trimmed();
   const QString blank(u' ');
   QString working = blank + text + blank;
   for (const QString &word : words)
