@@ -81,6 +81,17 @@ void PrefsController::awakeFromNib() {
 void PrefsController::updatePriorities() {
   const bool stands = !prefs::value(prefs::preferInfoTypes).toArray().isNull();
   if (!stands) prefs::set(prefs::preferInfoTypes, firstPriorities());
+  QStringList priorities;
+  for (const Value &type : prefs::value(prefs::preferInfoTypes).toArray()) {
+    priorities.append(type.isNumber() ? QString::number(type.toInteger()) : type.toText());
+  }
+  if (setPriorityArray) setPriorityArray(priorities);
+}
+
+void PrefsController::infoPriorityChanged(const QStringList &priorities) {
+  const Array list = Array::make();
+  for (const QString &type : priorities) list.append(type);
+  prefs::set(prefs::preferInfoTypes, list);
 }
 
 void PrefsController::revealTabWithIdentifier(const QString &identifier) {

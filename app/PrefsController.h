@@ -27,8 +27,16 @@ class PrefsController {
 
   /// First values, and the watch over the keys of the groups. Once.
   void awakeFromNib();
-  /// Shows the preferences window at one of its tabs ("library", "dupe").
+  /// Shows the preferences window at one of its tabs ("library", "dupe", "marks", "names").
   void revealTabWithIdentifier(const QString &identifier);
+
+  /// Gives the stored order of the criteria for marks to `setPriorityArray`; stores the first one if there is
+  /// none.
+  void updatePriorities();
+  /// RKPriorityChangedNotification: stores the order that the user has chosen.
+  void infoPriorityChanged(const QStringList &priorities);
+  /// Shows an order of the criteria in the preferences window; may be empty.
+  std::function<void(const QStringList &)> setPriorityArray;
 
   /// Removes every setting that does not begin with "_" or "NS" and stores the first values. Asked for by the
   /// user, it tells so in a sheet and then has the library loaded again.
@@ -56,7 +64,6 @@ class PrefsController {
  private:
   void observeValue(const QString &key);
   void resetDidEnd();
-  void updatePriorities();
   void noteApplied(SettingsGroup group);
 
   AppState &state;

@@ -9,6 +9,7 @@
 #include "bridge/LocalizedMessage.h"
 #include "desktop/ExplainSheet.h"
 #include "desktop/LibraryPreferences.h"
+#include "desktop/MarkPreferences.h"
 #include "desktop/PreferencesWindow.h"
 #include "desktop/ProblemWindow.h"
 #include "desktop/ProgressPanel.h"
@@ -23,10 +24,13 @@ DesktopView::~DesktopView() = default;
 
 void DesktopView::attach(Application &attached) {
   application = &attached;
-  window = std::make_unique<ProblemWindow>(attached.state(), makeActions());
+  window = std::make_unique<ProblemWindow>(attached.state(), attached.problemTables(), makeActions());
   preferences = std::make_unique<PreferencesWindow>(makeActions());
   progress = std::make_unique<ProgressPanel>(
       window.get(), [this] { application->controller().doCancelOperation("ProgressPanel"); });
+  attached.controller().prefsController().setPriorityArray = [this](const QStringList &priorities) {
+    preferences->marks().setPriorityArray(priorities);
+  };
   attached.controller().problemWindowFrame = [this] { return window->placeText(); };
   attached.controller().prefsWindowOrigin = [this] { return preferences->originText(); };
 }
@@ -38,6 +42,7 @@ void DesktopView::detach() {
   for (const QPointer<SheetDialog> &sheet : sheets) delete sheet.data();
   application->controller().problemWindowFrame = {};
   application->controller().prefsWindowOrigin = {};
+  application->controller().prefsController().setPriorityArray = {};
   application = nullptr;
   progress.reset();
   preferences.reset();
@@ -56,6 +61,13 @@ WindowActions DesktopView::makeActions() {
   actions.resetToDefaults = [this] { application->controller().prefsController().resetToDefaults(true); };
   actions.showAbout = [this] { showAbout(); };
   actions.showLog = [] { QDesktopServices::openUrl(QUrl::fromLocalFile(logFilePath())); };
+  actions.automark = [this] { application->automark().doAutomark(); };
+  actions.unmark = [this] { application->automark().doUnmark(); };
+  actions.notDuplicates = [this] { application->duplicateGroups().ignoreSelectedDuplicates(); };
+  actions.updatePriorities = [this] { application->controller().prefsController().updatePriorities(); };
+  actions.storePriorities = [this](const QStringList &priorities) {
+    application->controller().prefsController().infoPriorityChanged(priorities);
+  };
   actions.quit = [this] { application->customTerminate(); };
   actions.focusChanged = [this] {
     if (application) application->controller().applicationDidChangeFocus();
@@ -98,6 +110,8 @@ void DesktopView::keep(SheetDialog *sheet) {
   std::erase_if(sheets, [](const QPointer<SheetDialog> &one) { return one.isNull(); });
   sheets.emplace_back(sheet);
   QObject::connect(sheet, &QDialog::finished, sheet, &QObject::deleteLater);
+  // A sheet keeps commands from being used.
+  QObject::connect(sheet, &QDialog::finished, window.get(), [this] { window->validate(); });
 }
 
 int DesktopView::runAlert(const Alert &alert) {
@@ -106,7 +120,7 @@ int DesktopView::runAlert(const Alert &alert) {
   QEventLoop loop;
   sheet->onChosen = [&answer](int index) { answer = index; };
   QObject::connect(sheet, &QDialog::finished, &loop, &QEventLoop::quit);
-  sheet->begin();
+  begin(sheet);
   loop.exec();
   if (sheet && sheet->isVisible()) sheet->dismiss();
   return answer;
@@ -115,17 +129,22 @@ int DesktopView::runAlert(const Alert &alert) {
 void DesktopView::beginSheet(const Alert &alert, std::function<void(int)> done) {
   SheetDialog *sheet = makeSheet(alert);
   sheet->onChosen = std::move(done);
-  sheet->begin();
+  begin(sheet);
 }
 
 void DesktopView::beginExplainDuplicatesSheet() {
   auto *sheet = new ExplainSheet(hostOfSheet(false), [this] { revealPreferences(QStringLiteral("dupe")); });
   keep(sheet);
+  begin(sheet);
+}
+
+void DesktopView::begin(SheetDialog *sheet) {
   sheet->begin();
+  window->validate();
 }
 
 bool DesktopView::hasSheet() const {
-  if (progress->isVisible()) return true;
+  if (progress && progress->isVisible()) return true;
   return std::any_of(sheets.begin(), sheets.end(), [this](const QPointer<SheetDialog> &sheet) {
     return sheet && sheet->isVisible() && sheet->parentWidget() != preferences.get();
   });
@@ -137,6 +156,7 @@ void DesktopView::endAllSheets() {
     if (*sheet && (*sheet)->isVisible()) (*sheet)->dismiss();
   }
   if (progress) progress->hide();
+  if (window) window->validate();
 }
 
 void DesktopView::beep() {
@@ -145,9 +165,11 @@ void DesktopView::beep() {
 
 void DesktopView::beginProgressSheet() {
   progress->begin();
+  window->validate();
 }
 void DesktopView::endProgressSheet() {
   progress->hide();
+  window->validate();
 }
 void DesktopView::setProgressText(const QString &text) {
   progress->setTitle(text);
@@ -173,6 +195,12 @@ void DesktopView::setCancelEnabled(bool enabled) {
 
 void DesktopView::reloadTable(ProblemTab tab) {
   window->reloadTable(tab);
+}
+void DesktopView::reloadRows(ProblemTab tab, qsizetype first, qsizetype end) {
+  window->reloadRows(tab, first, end);
+}
+qsizetype DesktopView::selectedRowCount(ProblemTab tab) const {
+  return window ? qsizetype(window->page(tab).table().selection().size()) : 0;
 }
 void DesktopView::rememberSelection() {
   window->rememberSelection();

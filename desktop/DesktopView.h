@@ -46,9 +46,11 @@ class DesktopView : public ProblemView {
   void setCancelEnabled(bool enabled) override;
 
   void reloadTable(ProblemTab tab) override;
+  void reloadRows(ProblemTab tab, qsizetype first, qsizetype end) override;
   void rememberSelection() override;
   void restoreSelection() override;
   std::vector<Dictionary> selectedRows(ProblemTab tab) const override;
+  qsizetype selectedRowCount(ProblemTab tab) const override;
   void selectRows(ProblemTab tab, const std::vector<Dictionary> &rows) override;
   ProblemTab currentTab() const override;
   void selectTab(ProblemTab tab) override;
@@ -70,6 +72,8 @@ class DesktopView : public ProblemView {
   void showAbout();
   /// The sheet for an alert, not begun yet; it deletes itself when it has ended.
   SheetDialog *makeSheet(const Alert &alert);
+  /// Shows a sheet, which keeps commands from being used.
+  void begin(SheetDialog *sheet);
   /// Notes the sheet until it is gone.
   void keep(SheetDialog *sheet);
   /// What a new sheet hangs from: the topmost sheet, or the window.

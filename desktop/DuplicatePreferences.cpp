@@ -41,7 +41,7 @@ DuplicatePreferences::DuplicatePreferences(const WindowActions &actions) {
   column()->addWidget(checkBox(QStringLiteral("MatchFileSize"), prefs::matchFileSize, false));
   column()->addSpacing(10);
   addLongTracks();
-  addNote(QStringLiteral("Prefs-DupeSettingsChanged"), actions.rescan);
+  addNote(QStringLiteral("Prefs-DupeSettingsChanged"), QStringLiteral("Prefs-ScanAgain"), actions.rescan);
   binder.onRefresh = [this] { updateEnabledStates(); };
   refresh();
 }

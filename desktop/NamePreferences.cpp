@@ -23,7 +23,8 @@ NamePreferences::NamePreferences(const WindowActions &actions) {
   row->addStretch();
   column()->addLayout(row);
   column()->addWidget(checkBox(QStringLiteral("IgnorePlurals"), prefs::ignorePlurals, false));
+  column()->addWidget(checkBox(QStringLiteral("WarnPhonetic"), prefs::noWarnAboutPhoneticOrPlurals, true));
   binder.bindComboBox(method, prefs::inconsistentMatchMethod);
-  addNote(QStringLiteral("Prefs-InconsistentChanged"), actions.rescan);
+  addNote(QStringLiteral("Prefs-InconsistentChanged"), QStringLiteral("Prefs-ScanAgain"), actions.rescan);
   refresh();
 }

@@ -19,11 +19,12 @@ QCheckBox *PreferencesPage::checkBox(const QString &name, const QString &key, bo
   return box;
 }
 
-void PreferencesPage::addNote(const QString &textKey, const std::function<void()> &scan) {
+void PreferencesPage::addNote(const QString &textKey, const QString &buttonKey,
+                              const std::function<void()> &pressed) {
   layoutColumn->addStretch();
   note = new NoteStrip(localizedMessage(textKey));
   note->setObjectName(textKey);
-  note->setButton(localizedMessage(QStringLiteral("Prefs-ScanAgain")), scan);
+  note->setButton(localizedMessage(buttonKey), pressed);
   QSizePolicy policy = note->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
   note->setSizePolicy(policy);

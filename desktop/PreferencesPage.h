@@ -21,8 +21,8 @@ class PreferencesPage : public QWidget {
  protected:
   /// A check box titled and explained by the texts "Prefs-<name>" and "Prefs-<name>ToolTip".
   QCheckBox *checkBox(const QString &name, const QString &key, bool inverted);
-  /// Adds the note, hidden, at the end of the page.
-  void addNote(const QString &textKey, const std::function<void()> &scan);
+  /// Adds the note with its button, hidden, at the end of the page.
+  void addNote(const QString &textKey, const QString &buttonKey, const std::function<void()> &pressed);
   QVBoxLayout *column() { return layoutColumn; }
 
   PreferenceBinder binder;

@@ -9,6 +9,7 @@
 #include "desktop/DuplicatePreferences.h"
 #include "desktop/FrameText.h"
 #include "desktop/LibraryPreferences.h"
+#include "desktop/MarkPreferences.h"
 #include "desktop/NamePreferences.h"
 #include "support/Preferences.h"
 
@@ -17,11 +18,13 @@ PreferencesWindow::PreferencesWindow(WindowActions windowActions)
       tabs(new QTabWidget),
       libraryPage(new LibraryPreferences(actions)),
       duplicatePage(new DuplicatePreferences(actions)),
+      markPage(new MarkPreferences(actions)),
       namePage(new NamePreferences(actions)) {
   setWindowTitle(localizedMessage(QStringLiteral("Prefs-Title")));
   setMinimumWidth(600);
   tabs->addTab(libraryPage, localizedMessage(QStringLiteral("Prefs-Tab-library")));
   tabs->addTab(duplicatePage, localizedMessage(QStringLiteral("Prefs-Tab-dupe")));
+  tabs->addTab(markPage, localizedMessage(QStringLiteral("Prefs-Tab-marks")));
   tabs->addTab(namePage, localizedMessage(QStringLiteral("Prefs-Tab-names")));
   auto *reset = new QPushButton(localizedMessage(QStringLiteral("Prefs-ResetToDefaults")));
   reset->setObjectName(QStringLiteral("resetToDefaults"));
@@ -45,7 +48,7 @@ PreferencesWindow::PreferencesWindow(WindowActions windowActions)
 
 void PreferencesWindow::reveal(const QString &tabIdentifier, const QWidget *near) {
   static const QStringList identifiers{QStringLiteral("library"), QStringLiteral("dupe"),
-                                       QStringLiteral("names")};
+                                       QStringLiteral("marks"), QStringLiteral("names")};
   const qsizetype index = identifiers.indexOf(tabIdentifier);
   if (index >= 0) tabs->setCurrentIndex(int(index));
   refresh();
@@ -68,11 +71,13 @@ void PreferencesWindow::restorePlace(const QWidget *near) {
 void PreferencesWindow::refresh() {
   libraryPage->refresh();
   duplicatePage->refresh();
+  markPage->refresh();
   namePage->refresh();
 }
 
 void PreferencesWindow::setSettingsNoteVisible(int group, bool visible) {
   if (group == 0) duplicatePage->setNoteVisible(visible);
+  if (group == 1) markPage->setNoteVisible(visible);
   if (group == 2) namePage->setNoteVisible(visible);
 }
 

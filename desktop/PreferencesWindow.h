@@ -6,11 +6,13 @@
 
 class DuplicatePreferences;
 class LibraryPreferences;
+class MarkPreferences;
 class NamePreferences;
 class PreferencesPage;
 class QTabWidget;
 
-/// The preferences window with its tabs "library", "dupe" and "names". Each change is stored at once.
+/// The preferences window with its tabs "library", "dupe", "marks" and "names". Each change is stored at
+/// once.
 class PreferencesWindow : public QDialog {
  public:
   explicit PreferencesWindow(WindowActions windowActions);
@@ -21,7 +23,8 @@ class PreferencesWindow : public QDialog {
   /// Shows the settings as they are stored.
   void refresh();
   LibraryPreferences &library() { return *libraryPage; }
-  /// Group 0 is duplicates, 2 is names; others have no controls here.
+  MarkPreferences &marks() { return *markPage; }
+  /// Group 0 is duplicates, 1 marks, 2 names.
   void setSettingsNoteVisible(int group, bool visible);
   /// The window's top-left point as the preferences keep it; empty if it has not been shown.
   QString originText() const;
@@ -36,6 +39,7 @@ class PreferencesWindow : public QDialog {
   QTabWidget *tabs;
   LibraryPreferences *libraryPage;
   DuplicatePreferences *duplicatePage;
+  MarkPreferences *markPage;
   NamePreferences *namePage;
   bool wasShown = false;
 };

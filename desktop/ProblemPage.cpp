@@ -24,12 +24,9 @@ icons::Shape shapeOf(ProblemTab tab) {
 
 }  // namespace
 
-ProblemPage::ProblemPage(AppState &appState, const WindowActions &windowActions, ProblemTab problemTab)
-    : state(appState),
-      actions(windowActions),
-      tab(problemTab),
-      rows(new ProblemTable(appState, problemTab)),
-      empty(new EmptyPage) {
+ProblemPage::ProblemPage(AppState &appState, const WindowActions &windowActions, ProblemTab problemTab,
+                         ProblemTable *table)
+    : state(appState), actions(windowActions), tab(problemTab), rows(table), empty(new EmptyPage) {
   addWidget(rows);
   addWidget(empty);
   reload();
@@ -42,6 +39,7 @@ void ProblemPage::reload() {
 }
 
 void ProblemPage::updateEmptyPage() {
+  if (currentWidget() != empty) return;
   const EmptyPage::Button scan{text(QStringLiteral("ToolbarLabel-scanLibrary")), actions.rescan};
   const QString identifier = identifierOfTab(tab);
   if (!isLookedFor()) {
@@ -65,12 +63,18 @@ void ProblemPage::updateEmptyPage() {
 QString ProblemPage::summary() const {
   const int count = rows->rows().rowCount();
   if (count == 0) return {};
-  QString line = localizedMessage(QStringLiteral("Status-Songs"), count);
-  if (tab == ProblemTab::Duplicates) {
-    const int groups = rows->rows().groupCount();
-    line = groups == 1 ? localizedMessage(QStringLiteral("Status-OneDuplicateGroup"), count)
-                       : localizedMessage(QStringLiteral("Status-DuplicateGroups"), groups, count);
-  }
   const size_t selected = rows->selection().size();
+  const QString line = countLine(count);
   return selected == 0 ? line : line + localizedMessage(QStringLiteral("Status-Selected"), int(selected));
+}
+
+QString ProblemPage::countLine(int count) const {
+  if (tab == ProblemTab::Names) {
+    return count == 1 ? text(QStringLiteral("Status-OneName"))
+                      : localizedMessage(QStringLiteral("Status-Names"), count);
+  }
+  if (tab != ProblemTab::Duplicates) return localizedMessage(QStringLiteral("Status-Songs"), count);
+  const int groups = rows->rows().groupCount();
+  return groups == 1 ? localizedMessage(QStringLiteral("Status-OneDuplicateGroup"), count)
+                     : localizedMessage(QStringLiteral("Status-DuplicateGroups"), groups, count);
 }

@@ -9,7 +9,9 @@
 /// One tab of the problem window: its table, or while that is empty, what to do.
 class ProblemPage : public QStackedWidget {
  public:
-  ProblemPage(AppState &appState, const WindowActions &windowActions, ProblemTab problemTab);
+  /// The page takes the table.
+  ProblemPage(AppState &appState, const WindowActions &windowActions, ProblemTab problemTab,
+              ProblemTable *table);
 
   ProblemTable &table() { return *rows; }
   /// Reads the list anew and changes between table and empty page.
@@ -21,7 +23,8 @@ class ProblemPage : public QStackedWidget {
 
  private:
   /// Whether a scan looks for this kind of problem.
-  bool isLookedFor() const { return tab == ProblemTab::Duplicates; }
+  bool isLookedFor() const { return tab == ProblemTab::Duplicates || tab == ProblemTab::Names; }
+  QString countLine(int count) const;
 
   AppState &state;
   const WindowActions &actions;

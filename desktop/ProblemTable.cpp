@@ -1,23 +1,20 @@
 #include "desktop/ProblemTable.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
 
+#include "bridge/LocalizedMessage.h"
 #include "desktop/Colours.h"
+#include "desktop/ColumnLayout.h"
 #include "desktop/RowDelegate.h"
 #include "support/Preferences.h"
 
 namespace {
 
 constexpr int kSaveDelayMilliseconds = 400;
-
-int pathColumn(ProblemTab tab) {
-  const std::vector<ProblemColumn> &columns = columnsOfTab(tab);
-  const auto found = std::find_if(columns.begin(), columns.end(),
-                                  [](const ProblemColumn &c) { return c.format == ColumnFormat::Path; });
-  return found == columns.end() ? -1 : int(found - columns.begin());
-}
 
 /// The rows of a sorted list of indexes as few ranges.
 QItemSelection rangesOf(const std::vector<int> &indexes, const QAbstractItemModel &model) {
@@ -34,13 +31,15 @@ QItemSelection rangesOf(const std::vector<int> &indexes, const QAbstractItemMode
 
 }  // namespace
 
-ProblemTable::ProblemTable(AppState &appState, ProblemTab tab)
-    : problemTab(tab),
-      rowModel(appState, tab),
+ProblemTable::ProblemTable(AppState &appState, ProblemTables &problemTables, ProblemTab tab)
+    : tables(problemTables),
+      problemTab(tab),
+      rowModel(appState, problemTables, tab),
       columnsKey(QStringLiteral("columns-") + identifierOfTab(tab)) {
   setObjectName(QStringLiteral("table-") + identifierOfTab(problemTab));
+  setAccessibleName(localizedMessage(QStringLiteral("TabTitle-") + identifierOfTab(problemTab)));
   setModel(&rowModel);
-  setItemDelegate(new RowDelegate(pathColumn(problemTab), this));
+  setItemDelegate(new RowDelegate(columnWithFormat(problemTab, ColumnFormat::Path), this));
   setRootIsDecorated(false);
   setItemsExpandable(false);
   setUniformRowHeights(true);
@@ -70,12 +69,11 @@ ProblemTable::~ProblemTable() {
 }
 
 void ProblemTable::restoreColumns() {
-  const QByteArray saved = prefs::value(columnsKey).toData();
-  arrangedByUser = !saved.isEmpty() && header()->restoreState(saved);
+  arrangedByUser = columnLayout::restore(*header(), columnsOfTab(problemTab), prefs::value(columnsKey));
 }
 
 void ProblemTable::saveColumns() {
-  prefs::set(columnsKey, header()->saveState());
+  prefs::set(columnsKey, columnLayout::save(*header(), columnsOfTab(problemTab)));
 }
 
 void ProblemTable::sectionChanged(int section) {
@@ -86,15 +84,8 @@ void ProblemTable::sectionChanged(int section) {
 }
 
 void ProblemTable::fitColumns() {
-  const std::vector<ProblemColumn> &columns = columnsOfTab(problemTab);
-  int fixed = 0, shared = 0;
-  for (const ProblemColumn &column : columns) (column.isRightAligned() ? fixed : shared) += column.width;
-  const double scale = qMax(0.5, double(viewport()->width() - fixed) / qMax(1, shared));
   fitting = true;
-  for (size_t i = 0; i < columns.size(); ++i) {
-    header()->resizeSection(int(i),
-                            columns[i].isRightAligned() ? columns[i].width : int(columns[i].width * scale));
-  }
+  columnLayout::fit(*header(), columnsOfTab(problemTab), viewport()->width());
   fitting = false;
 }
 
@@ -148,15 +139,41 @@ void ProblemTable::select(const std::vector<Dictionary> &wanted) {
   noteSelection();
 }
 
-void ProblemTable::noteSelection() {
-  selectedRows.clear();
+std::vector<int> ProblemTable::selectedRowIndexes() const {
   std::vector<int> indexes;
-  for (const QItemSelectionRange &range : selectionModel()->selection()) {
+  for (const QItemSelectionRange &range : rangesInOrder()) {
     for (int i = range.top(); i <= range.bottom(); ++i) indexes.push_back(i);
   }
-  std::sort(indexes.begin(), indexes.end());
-  selectedRows = rowModel.rowsAt(indexes);
+  return indexes;
+}
+
+std::vector<qsizetype> ProblemTable::selectedOrCurrent() const {
+  const std::vector<int> indexes = selectedRowIndexes();
+  if (indexes.empty() && currentIndex().isValid()) return {currentIndex().row()};
+  return {indexes.begin(), indexes.end()};
+}
+
+void ProblemTable::noteSelection() {
+  selectedRows = rowModel.rowsAt(selectedRowIndexes());
   currentRow = currentIndex().isValid() ? rowModel.row(currentIndex().row()) : Dictionary();
+}
+
+void ProblemTable::currentChanged(const QModelIndex &current, const QModelIndex &previous) {
+  QTreeView::currentChanged(current, previous);
+  if (reloading) return;
+  currentRow = current.isValid() ? rowModel.row(current.row()) : Dictionary();
+}
+
+void ProblemTable::contextMenuEvent(QContextMenuEvent *event) {
+  const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+  const QModelIndex index = byKey ? currentIndex() : indexAt(event->pos());
+  if (!index.isValid() || !onContextMenu) return;
+  auto *menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  onContextMenu(*menu, index.row());
+  const QPoint place = byKey ? visualRect(index).bottomLeft() : event->pos();
+  if (menu->isEmpty()) return menu->deleteLater();
+  menu->popup(viewport()->mapToGlobal(place));
 }
 
 void ProblemTable::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) {

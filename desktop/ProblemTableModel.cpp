@@ -1,10 +1,12 @@
 #include "desktop/ProblemTableModel.h"
 
 #include "bridge/LocalizedMessage.h"
+#include "desktop/SpellingTexts.h"
+#include "desktop/ToolTips.h"
 #include "values/Keys.h"
 
-ProblemTableModel::ProblemTableModel(AppState &appState, ProblemTab problemTab)
-    : state(appState), tab(problemTab), columns(columnsOfTab(problemTab)) {
+ProblemTableModel::ProblemTableModel(AppState &appState, ProblemTables &problemTables, ProblemTab problemTab)
+    : state(appState), tables(problemTables), tab(problemTab), columns(columnsOfTab(problemTab)) {
   reload();
 }
 
@@ -20,32 +22,69 @@ QVariant ProblemTableModel::data(const QModelIndex &index, int role) const {
   if (!index.isValid()) return {};
   const ProblemColumn &column = columns[size_t(index.column())];
   switch (role) {
-    case Qt::DisplayRole: {
-      std::lock_guard held(*state.threadLockForObject(list()));
-      return columnText(column, list().at(index.row()).toDictionary());
-    }
+    case Qt::DisplayRole:
+      return column.isMark() ? QString() : columnText(column, value(index.row(), index.column()));
+    case Qt::CheckStateRole:
+      if (!column.isMark()) return {};
+      return value(index.row(), index.column()).toBool() ? Qt::Checked : Qt::Unchecked;
     case Qt::TextAlignmentRole:
-      return int((column.isRightAligned() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+      return int(column.alignment());
+    case Qt::ToolTipRole:
+      if (column.format == ColumnFormat::Spellings) return spellingsToolTip(index.row());
+      return column.isMark() ? markText(index) : QVariant();
+    case Qt::AccessibleTextRole:
+      return column.isMark() ? markText(index) : QVariant();
     case kStripeRole:
-      return isStriped(index.row());
+      return tables.tableViewStripeForRow(tab, index.row());
     default:
       return {};
   }
+}
+
+Value ProblemTableModel::value(int row, int column) const {
+  return tables.tableViewObjectValueForTableColumnRow(tab, columns[size_t(column)].key, row);
+}
+
+QString ProblemTableModel::markText(const QModelIndex &index) const {
+  const bool on = value(index.row(), index.column()).toBool();
+  return localizedMessage(QStringLiteral("Cell-%1-%2")
+                              .arg(columns[size_t(index.column())].key.text(),
+                                   on ? QStringLiteral("on") : QStringLiteral("off")));
+}
+
+QString ProblemTableModel::spellingsToolTip(int row) const {
+  QStringList lines;
+  for (const SpellingChoice &choice : tables.spellingsOfRow(row)) {
+    const QString line = spellingLine(choice);
+    lines.append(choice.isPreferred ? localizedMessage(QStringLiteral("Spelling-ToolTipPreferred"), line)
+                                    : line);
+  }
+  if (lines.isEmpty()) return {};
+  return localizedMessage(QStringLiteral("Spelling-ToolTipTitle")) + u'\n' + lines.join(u'\n');
+}
+
+bool ProblemTableModel::setData(const QModelIndex &index, const QVariant &value, int role) {
+  if (!index.isValid() || role != Qt::CheckStateRole || !columns[size_t(index.column())].isMark())
+    return false;
+  const bool on = value.toInt() == Qt::Checked;
+  tables.tableViewSetObjectValueForTableColumnRow(tab, on, columns[size_t(index.column())].key, index.row());
+  Q_EMIT dataChanged(index, index);
+  return true;
+}
+
+Qt::ItemFlags ProblemTableModel::flags(const QModelIndex &index) const {
+  const Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemNeverHasChildren;
+  return index.isValid() && columns[size_t(index.column())].isMark() ? flags | Qt::ItemIsUserCheckable
+                                                                     : flags;
 }
 
 QVariant ProblemTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   const ProblemColumn &column = columns[size_t(section)];
   if (role == Qt::DisplayRole) return localizedMessage(column.titleKey);
-  if (role == Qt::TextAlignmentRole) {
-    return int((column.isRightAligned() ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-  }
+  if (role == Qt::TextAlignmentRole) return int(column.alignment());
+  if (role == Qt::ToolTipRole) return toolTips::fromPlainText(columnToolTip(column));
   return {};
-}
-
-bool ProblemTableModel::isStriped(int index) const {
-  if (tab != ProblemTab::Duplicates) return index % 2 == 0;
-  return row(index).value(keys::UIStripe).toBool();
 }
 
 bool ProblemTableModel::reload() {
@@ -65,7 +104,7 @@ bool ProblemTableModel::reload() {
   if (!onlyAppended) {
     beginResetModel();
     shownRows = count;
-    countGroups();
+    countGroupsFrom(0);
     endResetModel();
     return true;
   }
@@ -73,22 +112,37 @@ bool ProblemTableModel::reload() {
   if (count > before) {
     beginInsertRows({}, before, count - 1);
     shownRows = count;
-    countGroups();
+    countGroupsFrom(before);
     endInsertRows();
   }
   if (before > 0) Q_EMIT dataChanged(index(0, 0), index(before - 1, columnCount() - 1));
   return false;
 }
 
-void ProblemTableModel::countGroups() {
-  groups = 0;
+void ProblemTableModel::reloadRows(int first, int end) {
+  constexpr int kMostSingleRows = 100;
+  end = qMin(end, shownRows);
+  if (first < 0 || first >= end) return;
+  if (end - first > kMostSingleRows) {
+    Q_EMIT dataChanged(index(first, 0), index(end - 1, columnCount() - 1));
+    return;
+  }
+  // A change told for one cell has just this cell painted; one told for several has the whole view painted.
+  for (int column = 0; column < columnCount(); ++column) {
+    const ColumnFormat format = columns[size_t(column)].format;
+    if (format != ColumnFormat::Mark && format != ColumnFormat::Spellings) continue;
+    for (int row = first; row < end; ++row) Q_EMIT dataChanged(index(row, column), index(row, column));
+  }
+}
+
+void ProblemTableModel::countGroupsFrom(int first) {
   if (tab != ProblemTab::Duplicates) return;
   std::lock_guard held(*state.threadLockForObject(list()));
-  qint64 last = 0;
-  for (int i = 0; i < shownRows; ++i) {
+  if (first == 0) groups = 0;
+  for (int i = first; i < shownRows; ++i) {
     const qint64 group = list().at(i).toDictionary().value(keys::DupeGroup).toInteger();
-    if (group != last) ++groups;
-    last = group;
+    if (i == 0 || group != lastGroup) ++groups;
+    lastGroup = group;
   }
 }
 
@@ -118,8 +172,6 @@ std::vector<int> ProblemTableModel::indexesOf(const QSet<const void *> &identiti
 
 QString ProblemTableModel::rowText(int index, const std::vector<int> &chosen) const {
   QStringList texts;
-  std::lock_guard held(*state.threadLockForObject(list()));
-  const Dictionary found = list().at(index).toDictionary();
-  for (const int column : chosen) texts.append(columnText(columns[size_t(column)], found));
+  for (const int column : chosen) texts.append(columnText(columns[size_t(column)], value(index, column)));
   return texts.join(u'\t');
 }

@@ -3,12 +3,16 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
-#include <QLabel>
 #include <QMenuBar>
 #include <QVBoxLayout>
 
 #include "bridge/LocalizedMessage.h"
+#include "desktop/CommandBar.h"
+#include "desktop/DuplicateCommands.h"
+#include "desktop/DuplicateTable.h"
 #include "desktop/FrameText.h"
+#include "desktop/NameCommands.h"
+#include "desktop/NameTable.h"
 #include "desktop/NoteStrip.h"
 #include "desktop/ProblemToolbar.h"
 #include "support/Preferences.h"
@@ -24,13 +28,14 @@ QString menuText(const QString &key) {
 
 }  // namespace
 
-ProblemWindow::ProblemWindow(AppState &appState, WindowActions windowActions)
+ProblemWindow::ProblemWindow(AppState &appState, ProblemTables &problemTables, WindowActions windowActions)
     : state(appState),
+      tables(problemTables),
       actions(std::move(windowActions)),
       toolbar(new ProblemToolbar(actions)),
       phoneticWarning(new NoteStrip(localizedMessage(QStringLiteral("PhoneticWarning")))),
       stack(new QStackedWidget),
-      status(new QLabel) {
+      bar(new CommandBar) {
   setWindowTitle(QStringLiteral("Tallyfen"));
   setMinimumSize(kLeastSize);
   auto *central = new QWidget;
@@ -40,14 +45,9 @@ ProblemWindow::ProblemWindow(AppState &appState, WindowActions windowActions)
   column->addWidget(toolbar);
   column->addWidget(phoneticWarning);
   column->addWidget(stack, 1);
-  column->addWidget(status);
-  status->setContentsMargins(12, 5, 12, 5);
+  column->addWidget(bar);
   phoneticWarning->hide();
-  for (const ProblemTab tab : kProblemTabs) {
-    ProblemPage *page = pages[int(tab)] = new ProblemPage(state, actions, tab);
-    stack->addWidget(page);
-    page->table().onSelectionChanged = [this] { validate(); };
-  }
+  setUpPages();
   setCentralWidget(central);
   toolbar->onTabClicked = [this](ProblemTab tab) { selectTab(tab); };
   setUpMenus();
@@ -55,10 +55,44 @@ ProblemWindow::ProblemWindow(AppState &appState, WindowActions windowActions)
   validate();
 }
 
+ProblemWindow::~ProblemWindow() = default;
+
+void ProblemWindow::setUpPages() {
+  auto *duplicates = new DuplicateTable(state, tables);
+  auto *names = new NameTable(state, tables);
+  duplicateCommands = std::make_unique<DuplicateCommands>(*duplicates, actions);
+  nameCommands = std::make_unique<NameCommands>(*names, tables);
+  for (const ProblemTab tab : kProblemTabs) {
+    ProblemTable *table = tab == ProblemTab::Duplicates ? static_cast<ProblemTable *>(duplicates)
+                          : tab == ProblemTab::Names    ? names
+                                                        : new ProblemTable(state, tables, tab);
+    pages[int(tab)] = new ProblemPage(state, actions, tab, table);
+    stack->addWidget(pages[int(tab)]);
+    table->onSelectionChanged = [this] { validate(true); };
+    table->onContextMenu = [this](QMenu &menu, int) { finishContextMenu(menu); };
+  }
+  duplicates->onContextMenu = [this](QMenu &menu, int row) {
+    duplicateCommands->fillContextMenu(menu, row);
+    finishContextMenu(menu);
+  };
+  names->onContextMenu = [this](QMenu &menu, int row) {
+    nameCommands->fillContextMenu(menu, row);
+    finishContextMenu(menu);
+  };
+  for (QAction *action : duplicateCommands->buttonActions()) bar->addButton(action);
+}
+
+void ProblemWindow::finishContextMenu(QMenu &menu) const {
+  menu.addSeparator();
+  menu.addAction(copyAction);
+}
+
 void ProblemWindow::setUpMenus() {
   setUpFileMenu();
   setUpEditMenu();
   setUpViewMenu();
+  duplicateCommands->fillMenu(*menuBar()->addMenu(menuText(QStringLiteral("&Duplicates"))));
+  nameCommands->fillMenu(*menuBar()->addMenu(menuText(QStringLiteral("&Names"))));
   QMenu *help = menuBar()->addMenu(menuText(QStringLiteral("&Help")));
   addAction(help, menuText(QStringLiteral("Show Log")), {}, actions.showLog);
   addAction(help, menuText(QStringLiteral("About Tallyfen")), {}, actions.showAbout);
@@ -136,24 +170,36 @@ void ProblemWindow::restoreSelection() {
   validate();
 }
 
-void ProblemWindow::validate() {
+void ProblemWindow::reloadRows(ProblemTab tab, qsizetype first, qsizetype end) {
+  page(tab).table().reloadRows(int(first), int(end));
+}
+
+void ProblemWindow::updateRescanLabel() {
   const QString which =
       state.mHaveScannedLibraryForProblems ? QStringLiteral("rescanLibrary") : QStringLiteral("scanLibrary");
   const QString key = QStringLiteral("ToolbarLabel-") + which;
   const QString label = localizedMessage(key);
-  if (label != key) {
-    toolbar->setRescanLabel(label, localizedMessage(QStringLiteral("ToolbarToolTip-") + which));
-    rescanAction->setText(label);
-  }
+  if (label == key) return;
+  toolbar->setRescanLabel(label, localizedMessage(QStringLiteral("ToolbarToolTip-") + which));
+  rescanAction->setText(label);
+}
+
+void ProblemWindow::validate(bool marksAreUnchanged) {
+  updateRescanLabel();
   const bool viewMenuIsValid = state.mHaveScannedLibraryForProblems && !state.mMusicLibraryBusy;
   for (const ProblemTab tab : kProblemTabs) {
     tabActions[int(tab)]->setEnabled(viewMenuIsValid);
     tabActions[int(tab)]->setChecked(tab == currentTab());
     page(tab).updateEmptyPage();
   }
-  ProblemTable &table = page(currentTab()).table();
+  const ProblemTable &table = page(currentTab()).table();
   copyAction->setEnabled(!table.selection().empty());
-  selectAllAction->setEnabled(table.rows().rowCount() > 0);
+  const bool hasRows = table.model()->rowCount() > 0;
+  selectAllAction->setEnabled(hasRows);
+  const bool showsDuplicates = currentTab() == ProblemTab::Duplicates;
+  duplicateCommands->update(tables.validateProblemUI(marksAreUnchanged), showsDuplicates);
+  nameCommands->update(currentTab() == ProblemTab::Names);
+  bar->setButtonsVisible(showsDuplicates && hasRows);
   phoneticWarning->setVisible(phoneticWarningWanted && currentTab() == ProblemTab::Names);
   updateStatus();
 }
@@ -164,9 +210,8 @@ void ProblemWindow::setPhoneticWarningVisible(bool visible) {
 }
 
 void ProblemWindow::updateStatus() {
-  const QString text = page(currentTab()).summary();
-  status->setText(text);
-  status->setVisible(!text.isEmpty());
+  bar->setText(page(currentTab()).summary());
+  bar->setVisible(page(currentTab()).table().model()->rowCount() > 0);
 }
 
 QString ProblemWindow::placeText() const {

@@ -4,25 +4,30 @@
 
 #include "desktop/ProblemPage.h"
 
+class CommandBar;
+class DuplicateCommands;
+class NameCommands;
 class NoteStrip;
 class ProblemToolbar;
-class QLabel;
 class QMenu;
 
 /// The main window: the toolbar, a page for each kind of problem, and the menus.
 class ProblemWindow : public QMainWindow {
  public:
-  ProblemWindow(AppState &appState, WindowActions windowActions);
+  /// State and tables outlive it.
+  ProblemWindow(AppState &appState, ProblemTables &problemTables, WindowActions windowActions);
+  ~ProblemWindow() override;
 
   ProblemPage &page(ProblemTab tab) { return *pages[int(tab)]; }
   ProblemTab currentTab() const;
   void selectTab(ProblemTab tab);
   void setTabLabel(ProblemTab tab, const QString &label);
   void reloadTable(ProblemTab tab);
+  void reloadRows(ProblemTab tab, qsizetype first, qsizetype end);
   void rememberSelection();
   void restoreSelection();
-  /// Sets labels and enabled states anew.
-  void validate();
+  /// Sets labels and enabled states anew. `marksAreUnchanged`: no mark has changed since the last time.
+  void validate(bool marksAreUnchanged = false);
   void setPhoneticWarningVisible(bool visible);
 
   /// The frame as the preferences keep it.
@@ -35,6 +40,7 @@ class ProblemWindow : public QMainWindow {
   void changeEvent(QEvent *event) override;
 
  private:
+  void setUpPages();
   void setUpMenus();
   void setUpFileMenu();
   void setUpEditMenu();
@@ -42,15 +48,21 @@ class ProblemWindow : public QMainWindow {
   QAction *addAction(QMenu *menu, const QString &text, const QKeySequence &shortcut,
                      std::function<void()> run);
   void restorePlace();
+  void updateRescanLabel();
   void updateStatus();
+  /// Adds Copy to the menu of a table's row.
+  void finishContextMenu(QMenu &menu) const;
 
   AppState &state;
+  ProblemTables &tables;
   const WindowActions actions;
   ProblemToolbar *toolbar;
   NoteStrip *phoneticWarning;
   QStackedWidget *stack;
   ProblemPage *pages[kProblemTabCount];
-  QLabel *status;
+  std::unique_ptr<DuplicateCommands> duplicateCommands;
+  std::unique_ptr<NameCommands> nameCommands;
+  CommandBar *bar;
   QAction *rescanAction = nullptr;
   QAction *copyAction = nullptr;
   QAction *selectAllAction = nullptr;

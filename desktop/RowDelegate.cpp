@@ -5,6 +5,8 @@
 #include <QHelpEvent>
 #include <QToolTip>
 
+#include "desktop/ToolTips.h"
+
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const {
   QSize size = QStyledItemDelegate::sizeHint(option, index);
   size.setHeight(option.fontMetrics.height() + 8);
@@ -20,10 +22,14 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInde
 bool RowDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                             const QModelIndex &index) {
   if (event->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(event, view, option, index);
-  const QString text = index.data(Qt::DisplayRole).toString();
-  const int margin =
-      2 * (QApplication::style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, view) + 1);
-  const bool cut = view->fontMetrics().horizontalAdvance(text) + margin > option.rect.width();
-  QToolTip::showText(event->globalPos(), cut ? text.toHtmlEscaped() : QString(), view, option.rect);
+  QString text = index.data(Qt::ToolTipRole).toString();
+  if (text.isEmpty()) {
+    text = index.data(Qt::DisplayRole).toString();
+    const int margin =
+        2 * (QApplication::style()->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, view) + 1);
+    const bool cut = view->fontMetrics().horizontalAdvance(text) + margin > option.rect.width();
+    if (!cut) text.clear();
+  }
+  QToolTip::showText(event->globalPos(), toolTips::fromPlainText(text), view, option.rect);
   return true;
 }

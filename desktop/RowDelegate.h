@@ -2,8 +2,8 @@
 
 #include <QStyledItemDelegate>
 
-/// Draws a table's cells: paths shortened in the middle, no frame around single cells, and the whole text as
-/// a tool tip where it does not fit.
+/// Draws a table's cells: paths shortened in the middle, no frame around single cells. The tool tip is the
+/// model's, or the whole text where it does not fit.
 class RowDelegate : public QStyledItemDelegate {
  public:
   RowDelegate(int pathColumn, QObject *parent) : QStyledItemDelegate(parent), elidedInTheMiddle(pathColumn) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <functional>
 
 /// What the windows ask of the application. Main thread; each may be empty.
@@ -15,6 +16,14 @@ struct WindowActions {
   std::function<void()> showLog;
   std::function<void()> quit;
   std::function<void()> cancelOperation;
+  /// The commands of the table of duplicates.
+  std::function<void()> automark;
+  std::function<void()> unmark;
+  std::function<void()> notDuplicates;
+  /// Has the stored order of the criteria for marks given to the preferences window.
+  std::function<void()> updatePriorities;
+  /// Stores an order of the criteria.
+  std::function<void(const QStringList &)> storePriorities;
   /// The problem window gained or lost the focus.
   std::function<void()> focusChanged;
 };
