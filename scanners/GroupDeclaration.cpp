@@ -8,33 +8,34 @@
 
 namespace {
 
-using Rows = std::vector<Dictionary>;
+using Identities = QSet<const void *>;
 
+/// The rows from `first` up to `end` of the list.
 struct Group {
-  qint64 number = 0;
-  Rows members, chosen;
+  qsizetype first = 0, end = 0;
 };
 
-/// The groups that hold one of the rows, in the order of the list.
-std::vector<Group> groupsOf(const Array &list, const QSet<const void *> &rows) {
+const Dictionary &rowAt(const Array &list, qsizetype place) {
+  return list.at(place).toDictionary();
+}
+
+qint64 groupNumberAt(const Array &list, qsizetype place) {
+  return rowAt(list, place).value(keys::DupeGroup).toInteger();
+}
+
+/// The groups that hold two or more of the rows, in the order of the list.
+std::vector<Group> groupsWithTwoOf(const Array &list, const Identities &rows) {
   std::vector<Group> groups;
-  Group current;
-  const auto finish = [&] {
-    if (!current.chosen.empty()) groups.push_back(current);
-  };
-  for (const Value &value : list) {
-    const Dictionary &row = value.toDictionary();
-    const qint64 number = row.value(keys::DupeGroup).toInteger();
-    if (current.members.empty() || number != current.number) {
-      finish();
-      current.members.clear();
-      current.chosen.clear();
-      current.number = number;
+  for (qsizetype first = 0; first < list.size();) {
+    const qint64 number = groupNumberAt(list, first);
+    int chosen = 0;
+    qsizetype end = first;
+    for (; end < list.size() && groupNumberAt(list, end) == number; ++end) {
+      chosen += rows.contains(rowAt(list, end).identity()) ? 1 : 0;
     }
-    current.members.push_back(row);
-    if (rows.contains(row.identity())) current.chosen.push_back(row);
+    if (chosen >= 2) groups.push_back({first, end});
+    first = end;
   }
-  finish();
   return groups;
 }
 
@@ -42,32 +43,36 @@ const QString &persistentIDOf(const Dictionary &row) {
   return row.value(keys::PersistentID).toText();
 }
 
-/// The persistent IDs of the rows, the last row first.
-Array persistentIDs(const Rows &rows) {
+/// The persistent IDs of a group's chosen rows, the last row first.
+Array declarationOf(const Array &list, Group group, const Identities &chosen) {
   const Array pids = Array::make();
-  for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
-    if (!persistentIDOf(*row).isEmpty()) pids.append(persistentIDOf(*row));
+  for (qsizetype place = group.end - 1; place >= group.first; --place) {
+    const Dictionary &row = rowAt(list, place);
+    if (chosen.contains(row.identity()) && !persistentIDOf(row).isEmpty()) pids.append(persistentIDOf(row));
   }
   return pids;
 }
 
-/// The rows of a group that its first row has no more to do with.
-Rows rowsToTake(const Rows &members, const QSet<QString> &ignored) {
-  Rows taken;
-  for (size_t place = 1; place < members.size(); ++place) {
-    if (ignored.contains(persistentIDOf(members[place]))) taken.push_back(members[place]);
+/// The rows of a group that its first row has no more to do with; all of them if only the first is left,
+/// since a group of one is no group.
+std::vector<const void *> rowsToTake(const Array &list, Group group, const QSet<QString> &ignored) {
+  std::vector<const void *> taken;
+  for (qsizetype place = group.first + 1; place < group.end; ++place) {
+    const Dictionary &row = rowAt(list, place);
+    if (ignored.contains(persistentIDOf(row))) taken.push_back(row.identity());
   }
-  // A group of one is no group.
-  if (taken.size() + 1 == members.size()) taken.push_back(members.front());
+  if (qsizetype(taken.size()) == group.end - group.first - 1) {
+    taken.push_back(rowAt(list, group.first).identity());
+  }
   return taken;
 }
 
 /// Takes the rows from the list in one pass.
-void removeRows(const Array &list, const QSet<const void *> &rows) {
+void removeRows(const Array &list, const Identities &rows) {
   qsizetype kept = 0;
-  for (qsizetype index = 0; index < list.size(); ++index) {
-    if (rows.contains(list.at(index).toDictionary().identity())) continue;
-    if (kept != index) list.set(kept, list.at(index));
+  for (qsizetype place = 0; place < list.size(); ++place) {
+    if (rows.contains(rowAt(list, place).identity())) continue;
+    if (kept != place) list.set(kept, list.at(place));
     ++kept;
   }
   while (list.size() > kept) list.removeAt(list.size() - 1);
@@ -76,23 +81,22 @@ void removeRows(const Array &list, const QSet<const void *> &rows) {
 }  // namespace
 
 DeclaredGroups declareNoDuplicates(AppState &state, const Array &rows) {
-  QSet<const void *> chosen, taken;
+  Identities chosen, taken;
   for (const Value &row : rows) chosen.insert(row.toDictionary().identity());
   chosen.remove(nullptr);
   const Array list = state.lists.mDuplicateSongDicts;
   const ObjectLock lock = state.threadLockForObject(list);
   const std::lock_guard held(*lock);
-  const std::vector<Group> groups = groupsOf(list, chosen);
+  const std::vector<Group> groups = groupsWithTwoOf(list, chosen);
   DeclaredGroups done;
   for (auto group = groups.crbegin(); group != groups.crend(); ++group) {
-    if (group->chosen.size() < 2) continue;
-    state.ignoredDuplicates.addIgnoredDuplicatePIDs(persistentIDs(group->chosen));
+    state.ignoredDuplicates.addIgnoredDuplicatePIDs(declarationOf(list, *group, chosen));
     ++done.declarations;
     const QSet<QString> ignored =
-        state.ignoredDuplicates.ignoredDuplicatesForPID(persistentIDOf(group->members.front()));
-    const Rows gone = rowsToTake(group->members, ignored);
-    for (const Dictionary &row : gone) taken.insert(row.identity());
-    if (gone.size() == group->members.size()) done.needsStripes = true;
+        state.ignoredDuplicates.ignoredDuplicatesForPID(persistentIDOf(rowAt(list, group->first)));
+    const std::vector<const void *> gone = rowsToTake(list, *group, ignored);
+    for (const void *row : gone) taken.insert(row);
+    if (qsizetype(gone.size()) == group->end - group->first) done.needsStripes = true;
   }
   if (!taken.isEmpty()) removeRows(list, taken);
   return done;
