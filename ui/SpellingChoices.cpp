@@ -15,6 +15,35 @@ bool isSong(const Dictionary &song) {
   });
 }
 
+/// What people see of a name: composed, each white space a blank.
+QString asSeen(const QString &name) {
+  QString seen = name.normalized(QString::NormalizationForm_C);
+  std::replace_if(
+      seen.begin(), seen.end(), [](QChar unit) { return unit.isSpace(); }, QChar(u' '));
+  return seen;
+}
+
+/// The name with separate accents on dotted circles and uncommon blanks as boxes.
+QString withVisibleParts(const QString &name) {
+  QString visible;
+  for (const QChar unit : name) {
+    if (unit.isMark()) visible += QChar(0x25CC);
+    visible += unit.isSpace() && unit != u' ' ? QChar(0x237D) : unit;
+  }
+  return visible;
+}
+
+void tellLookAlikesApart(std::vector<SpellingChoice> &choices) {
+  QHash<QString, int> alike;
+  for (const SpellingChoice &choice : choices) ++alike[asSeen(choice.visibleName)];
+  for (SpellingChoice &choice : choices) {
+    if (alike.value(asSeen(choice.visibleName)) > 1)
+      choice.visibleName = withVisibleParts(choice.visibleName);
+    if (choice.name != trimmedOfWhitespace(choice.name))
+      choice.visibleName = u'"' + choice.visibleName + u'"';
+  }
+}
+
 }  // namespace
 
 std::vector<SpellingChoice> spellingChoicesOf(const Dictionary &row) {
@@ -36,6 +65,7 @@ std::vector<SpellingChoice> spellingChoicesOf(const Dictionary &row) {
     }
     if (isSong(song)) ++choices[at].songs;
   }
+  tellLookAlikesApart(choices);
   return choices;
 }
 
