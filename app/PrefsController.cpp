@@ -82,7 +82,8 @@ void PrefsController::updatePriorities() {
   const bool stands = !prefs::value(prefs::preferInfoTypes).toArray().isNull();
   if (!stands) prefs::set(prefs::preferInfoTypes, firstPriorities());
   QStringList priorities;
-  for (const Value &type : prefs::value(prefs::preferInfoTypes).toArray()) {
+  const Value stored = prefs::value(prefs::preferInfoTypes);
+  for (const Value &type : stored.toArray()) {
     priorities.append(type.isNumber() ? QString::number(type.toInteger()) : type.toText());
   }
   if (setPriorityArray) setPriorityArray(priorities);
