@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "ctl/RequestArguments.h"
+#include "scanners/InconNameController.h"
 #include "support/ByteSearch.h"
 #include "support/Checksum.h"
 #include "support/FormatCount.h"
@@ -152,6 +153,12 @@ Value dateOf(RequestArguments &arguments) {
   return date ? Value(date->toIsoText()) : Value();
 }
 
+Value scoreOfName(RequestArguments &arguments) {
+  const std::optional<QString> name = arguments.text();
+  if (!name) return 0;
+  return int(InconNameController::nameScore(name->isNull() ? QStringLiteral("") : *name));
+}
+
 const QHash<QString, Operation> &operations() {
   static const QHash<QString, Operation> table = {
       {QStringLiteral("simplified"), ofText(simplified)},
@@ -168,6 +175,7 @@ const QHash<QString, Operation> &operations() {
       {QStringLiteral("stringWithStrippedParenthesizedText"), ofText(stringWithStrippedParenthesizedText)},
       {QStringLiteral("correctedCaseString"), ofText(correctedCaseString)},
       {QStringLiteral("capitalizedString"), ofText(capitalizedString)},
+      {QStringLiteral("nameScore"), scoreOfName},
       {QStringLiteral("normalizedString"), ofText(normalizedString)},
       {QStringLiteral("reversedCompare"), reversedOrder},
       {QStringLiteral("capitalizedPhraseString"), ofText(capitalizedPhraseString)},
