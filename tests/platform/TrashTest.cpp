@@ -241,15 +241,15 @@ TEST_F(CopyingTrash, WhatIsNoFileIsNotCopied) {
 }
 
 TEST_F(CopyingTrash, WhatChangesAfterTheCopyIsNotRemoved) {
-  const auto copyTo = [this](const char *name) {
-    return WholeCopy(QFile::encodeName(album), QFile::encodeName(folder(QString::fromLatin1(name))));
-  };
-  WholeCopy rewritten = copyTo("one");
-  ASSERT_TRUE(rewritten.make());
-  writeFile(pathOf(album, 2, 0), "new");
-  EXPECT_EQ(rewritten.removeSource(), WholeCopy::Removed::Nothing);
-  EXPECT_EQ(readFile(pathOf(album, 2, 0)), "new");
-  EXPECT_EQ(readFile(pathOf(album, 0, 1)), bytesOf(0, 1));
+  // A song that is rewritten, and one that is new.
+  for (const QString &changed : {pathOf(album, 2, 0), pathOf(album, 2, 9)}) {
+    WholeCopy copy(QFile::encodeName(album), QFile::encodeName(folder(QFileInfo(changed).fileName())));
+    ASSERT_TRUE(copy.make());
+    writeFile(changed, "new");
+    EXPECT_EQ(copy.removeSource(), WholeCopy::Removed::Nothing);
+    EXPECT_EQ(readFile(changed), "new");
+    EXPECT_EQ(readFile(pathOf(album, 0, 1)), bytesOf(0, 1));
+  }
 }
 
 bool hasEnded(pid_t child) {
