@@ -1,40 +1,14 @@
 #include <benchmark/benchmark.h>
-#include <sys/resource.h>
-
-#include <QTemporaryDir>
 
 #include "app/state/AppState.h"
-#include "platform/Platform.h"
+#include "bench/BenchPlatform.h"
 #include "scanners/DuplicateScanner.h"
 #include "support/Preferences.h"
-#include "tests/fixtures/MemoryPreferenceStore.h"
 #include "tests/fixtures/ScriptedView.h"
 #include "text/Simplified.h"
 #include "values/Keys.h"
 
 namespace {
-
-class SystemClock : public Clock {
- public:
-  Date now() const override { return Date::fromUnix(double(std::time(nullptr))); }
-  void sleep(double) override {}
-};
-
-/// The default settings, a log in a folder of its own, and nothing else of the machine.
-void startPlatform() {
-  static QTemporaryDir temporary;
-  static SystemClock clock;
-  static MemoryPreferenceStore preferences;
-  Platform services;
-  services.clock = &clock;
-  services.preferences = &preferences;
-  services.folders = {temporary.path(), temporary.path(), temporary.path(), temporary.path()};
-  services.bundle.identifier = QStringLiteral("org.tallyfen.Bench");
-  services.bundle.version = services.bundle.shortVersion = QStringLiteral("1");
-  setPlatform(services);
-  prefs::set(prefs::allowedDurationVariation, 10);
-  prefs::set(prefs::ignoreDurationMinimum, 30);
-}
 
 /// Tracks as a load leaves them: `perArtist` songs for each artist, every tenth song there twice.
 Array library(int count, int perArtist) {
@@ -68,14 +42,10 @@ Array library(int count, int perArtist) {
   return tracks;
 }
 
-qint64 peakKilobytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss;
-}
-
 void duplicateScan(benchmark::State &bench) {
-  startPlatform();
+  startBenchPlatform();
+  prefs::set(prefs::allowedDurationVariation, 10);
+  prefs::set(prefs::ignoreDurationMinimum, 30);
   ScriptedView view;
   AppState state(view);
   state.library.mMusicLibrarySortedTracks = library(int(bench.range(0)), int(bench.range(1)));
