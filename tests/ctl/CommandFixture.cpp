@@ -16,7 +16,7 @@ CommandFixture::~CommandFixture() {
 int CommandFixture::run(const QString &line, const std::string &input) {
   std::istringstream in(input);
   std::ostringstream output, errors;
-  Terminal terminal{in, output, errors, isTerminal};
+  Terminal terminal{in, output, errors, isTerminal, isAnswering};
   const int code = CommandTable().run(line.split(u' ', Qt::SkipEmptyParts), terminal);
   out = output.str();
   err = errors.str();
@@ -24,10 +24,22 @@ int CommandFixture::run(const QString &line, const std::string &input) {
 }
 
 int CommandFixture::scan(const QStringList &arguments, std::function<bool()> interruptWhen) {
+  return scanWith<ScanCommand>(arguments, std::move(interruptWhen));
+}
+
+int CommandFixture::runScanning(ScanningCommand &command, const QStringList &arguments) {
   std::istringstream in;
   std::ostringstream output, errors;
   Terminal terminal{in, output, errors, isTerminal};
-  ScanCommand command([&](const std::function<bool()> &done, const std::function<void()> &onInterrupt) {
+  const int code = command.run(arguments, terminal);
+  out = output.str();
+  err = errors.str();
+  return code;
+}
+
+LoopRunner CommandFixture::virtualLoop(std::function<bool()> interruptWhen) {
+  return [this, interruptWhen = std::move(interruptWhen)](const std::function<bool()> &done,
+                                                          const std::function<void()> &onInterrupt) mutable {
     const bool ended = time.runUntil([&] {
       if (interruptWhen && interruptWhen()) {
         interruptWhen = {};
@@ -36,11 +48,7 @@ int CommandFixture::scan(const QStringList &arguments, std::function<bool()> int
       return done();
     });
     EXPECT_TRUE(ended) << "the scan hangs";
-  });
-  const int code = command.run(arguments, terminal);
-  out = output.str();
-  err = errors.str();
-  return code;
+  };
 }
 
 QString CommandFixture::writeLibrary(const QStringList &tracks, const QString &path) {

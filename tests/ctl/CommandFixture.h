@@ -16,6 +16,12 @@ class CommandFixture : public TestPlatform {
   int run(const QString &line, const std::string &input = {});
   /// Runs the scan with arguments, interrupting it when `interruptWhen` first holds.
   int scan(const QStringList &arguments, std::function<bool()> interruptWhen = {});
+  /// The same with another command that scans.
+  template <class Scanning>
+  int scanWith(const QStringList &arguments, std::function<bool()> interruptWhen = {}) {
+    Scanning command(virtualLoop(std::move(interruptWhen)));
+    return runScanning(command, arguments);
+  }
 
   /// Writes a library of tracks, each given as XML behind a "Persistent ID" made of its place from 1 on and
   /// with a file music/<place>.mp3 for "FILE". Answers its path.
@@ -26,4 +32,10 @@ class CommandFixture : public TestPlatform {
 
   std::string out, err;
   bool isTerminal = false;
+  /// A person answers questions; of `run` only.
+  bool isAnswering = false;
+
+ private:
+  int runScanning(ScanningCommand &command, const QStringList &arguments);
+  LoopRunner virtualLoop(std::function<bool()> interruptWhen);
 };

@@ -1,45 +1,22 @@
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <csignal>
 
-#include "tests/ctl/CommandFixture.h"
+#include "tests/ctl/ProgramFixture.h"
 
-/// The program itself, from outside, in a home folder of its own.
-class ProgramTest : public CommandFixture {
- protected:
-  void start(QProcess *process, const QStringList &arguments) {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), folder(QStringLiteral("home")));
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folder(QStringLiteral("home/.config")));
-    environment.insert(QStringLiteral("XDG_DATA_HOME"), folder(QStringLiteral("home/.data")));
-    process->setProcessEnvironment(environment);
-    process->start(QStringLiteral(TALLYFENCTL), arguments);
-  }
-  int execute(const QStringList &arguments, const QByteArray &input = {}) {
-    QProcess process;
-    start(&process, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    EXPECT_TRUE(process.waitForFinished());
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    out = process.readAllStandardOutput().toStdString();
-    err = process.readAllStandardError().toStdString();
-    return process.exitCode();
-  }
-  static QStringList words(const char *line) { return QString::fromUtf8(line).split(u' '); }
-};
+using ProgramTest = ProgramFixture;
 
 TEST_F(ProgramTest, ALibraryInTheUsualPlaceIsFoundAndScanned) {
   EXPECT_EQ(execute(words("scan --json")), 1);
   EXPECT_EQ(out, "");
   EXPECT_EQ(err, "tallyfenctl: no music library found; name its file with --library FILE\n");
-  writeLibrary({track(QStringLiteral("Abc"), QStringLiteral("One")),
-                track(QStringLiteral("The Abc"), QStringLiteral("One")),
+  writeLibrary({track(QStringLiteral("Vole"), QStringLiteral("One")),
+                track(QStringLiteral("The Vole"), QStringLiteral("One")),
                 track(QStringLiteral("B"), QStringLiteral("One"))},
                QStringLiteral("home/Music/iTunes/iTunes Music Library.xml"));
   EXPECT_EQ(execute(words("scan --json")), 1);
   EXPECT_EQ(out,
-            "{\"tracks\": 3, \"duplicates\": [[\"0000000000000001\", \"0000000000000002\"]], \"names\": [], "
+            "{\"tracks\": 3, \"duplicates\": [[\"0000000000000001\", \"0000000000000002\"]], \"names\": "
+            "[{\"type\": \"artist\", \"preferred\": \"The Vole\", \"songs\": [\"0000000000000001\", "
+            "\"0000000000000002\"]}], "
             "\"orphans\": [], \"missing\": []}\n");
   EXPECT_EQ(err, "");
 }

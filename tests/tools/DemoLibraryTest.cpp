@@ -133,7 +133,7 @@ TEST_F(DemoLibrary, ItsFilesPlayInAnIndependentPlayerForAsLongAsTheLibrarySays) 
   }
 }
 
-TEST_F(DemoLibrary, AScanFindsExactlyThePromisedDuplicates) {
+TEST_F(DemoLibrary, AScanFindsExactlyThePromisedDuplicatesAndNames) {
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert(QStringLiteral("HOME"), home->path());
   for (const char *name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"}) {
@@ -152,6 +152,11 @@ TEST_F(DemoLibrary, AScanFindsExactlyThePromisedDuplicates) {
   for (const QJsonValue &group : groups) rows += int(group.toArray().size());
   EXPECT_EQ(groups.size(), summary.duplicateGroups);
   EXPECT_EQ(rows, summary.duplicateRows);
+  int artists = 0, albums = 0;
+  for (const QJsonValue &name : report[QStringLiteral("names")].toArray())
+    ++(name[u"type"].toString() == u"artist" ? artists : albums);
+  EXPECT_EQ(artists, summary.inconsistentArtists);
+  EXPECT_EQ(albums, summary.inconsistentAlbums);
 }
 
 TEST_F(DemoLibrary, TheSameSeedGivesTheSameBytesAndAnotherSeedOthers) {
