@@ -39,7 +39,7 @@ class FileRewriter {
 
   QString writeAt(qint64 offset, QByteArrayView bytes);
   bool readOldBytes(qint64 start, qint64 length, bool withAudio, OldBytes &old) const;
-  QString makeRoom(qint64 size);
+  QString makeRoom(qint64 size, QByteArrayView tail);
   QString writeFromEnd(qint64 offset, QByteArrayView bytes, qint64 chunk);
   void putBack(const OldBytes &old, qint64 start, qint64 length);
 

@@ -40,11 +40,9 @@ QString FileRewriter::replaceAround(QByteArrayView head, qint64 start, qint64 le
   OldBytes old;
   if (!readOldBytes(start, length, shift != 0, old)) return lineOf(EIO);
   const qint64 largest = std::max(newSize, start + step + length + tail.size());
-  QString failure = makeRoom(largest);
+  QString failure = makeRoom(largest, tail);
   if (!failure.isNull()) return failure;
-  // From now on the file ends with the tail, at whatever size it is found.
-  if (step > 0) failure = writeAt(largest - tail.size(), tail);
-  if (failure.isNull() && step > 0) failure = writeFromEnd(start + step, old.audio, step);
+  if (step > 0) failure = writeFromEnd(start + step, old.audio, step);
   if (failure.isNull()) failure = writeAt(0, head);
   // Down to its place, front first: what is overwritten has been copied. A step of the whole way is there.
   if (failure.isNull() && shift != step) failure = writeAt(head.size(), old.audio);
@@ -65,12 +63,17 @@ bool FileRewriter::readOldBytes(qint64 start, qint64 length, bool withAudio, Old
          (!withAudio || readWhole(descriptor, start, length, old.audio));
 }
 
-QString FileRewriter::makeRoom(qint64 size) {
+QString FileRewriter::makeRoom(qint64 size, QByteArrayView tail) {
   if (size <= fileSize) return {};
-  const int refused = ::posix_fallocate(descriptor, off_t(fileSize), off_t(size - fileSize));
-  if (refused == 0 || refused == EOPNOTSUPP || refused == EINVAL) return {};
+  // The tail first: at whatever size the file is found, it ends with it.
+  QString failure = size - tail.size() < fileSize ? QString() : writeAt(size - tail.size(), tail);
+  if (failure.isNull()) {
+    const int refused = ::posix_fallocate(descriptor, off_t(fileSize), off_t(size - fileSize));
+    if (refused == 0 || refused == EOPNOTSUPP || refused == EINVAL) return {};
+    failure = lineOf(refused);
+  }
   // Part of the room may have been given; the file must not keep it as a tail of zeros.
-  return lineOf(::ftruncate(descriptor, off_t(fileSize)) != 0 ? errno : refused);
+  return ::ftruncate(descriptor, off_t(fileSize)) != 0 ? lineOf(errno) : failure;
 }
 
 QString FileRewriter::writeFromEnd(qint64 offset, QByteArrayView bytes, qint64 chunk) {
