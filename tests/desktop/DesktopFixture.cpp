@@ -63,8 +63,28 @@ Dictionary makeRow(int number, int group) {
   row.set(
       keys::Path,
       QStringLiteral("/home/someone/Music/iTunes/iTunes Media/Music/An Artist/An Album/%1.mp3").arg(number));
+  row.set(keys::Rating, number % 6 * 20);
+  row.set(keys::TrackNumber, number % 12 + 1);
+  row.set(keys::TrackCount, 12);
   row.set(keys::DupeGroup, group);
   row.set(keys::UIStripe, group % 2 == 0);
+  return row;
+}
+
+Dictionary makeNameRow(const QString &type, const QString &preferred, const QStringList &spellings) {
+  const Array songs = Array::make();
+  const Key key = type == keys::RKIsArtistMatched.text() ? keys::Artist : keys::Album;
+  for (const QString &spelling : spellings) {
+    const Dictionary song = Dictionary::make();
+    song.set(keys::Artist, QStringLiteral("An Artist"));
+    song.set(key, spelling);
+    song.set(keys::Name, QStringLiteral("A Song"));
+    songs.append(song);
+  }
+  const Dictionary row = Dictionary::make();
+  row.set(keys::inconType, type);
+  row.set(keys::inconSongs, songs);
+  row.set(keys::inconPref, preferred);
   return row;
 }
 
@@ -137,6 +157,29 @@ void DesktopFixture::useEndlessScan(int rows) {
     state().operation.mCompletedFindMissingAndOrphans = true;
   };
   application.controller().scanDriver().setThreads(std::move(threads));
+}
+
+void DesktopFixture::showDuplicates(int rows) {
+  for (int i = 0; i < rows; ++i) state().lists.mDuplicateSongDicts.append(makeRow(i, i / 3 + 1));
+  state().mHaveScannedLibraryForProblems = true;
+  view.problemWindow()->resize(900, 560);
+  view.showProblemWindow();
+  view.reloadTable(ProblemTab::Duplicates);
+  view.validateProblemUI();
+  QCoreApplication::processEvents();
+}
+
+QPoint DesktopFixture::middleOf(const ProblemTable &shown, int row, Key column) {
+  for (int i = 0; i < shown.model()->columnCount(); ++i) {
+    for (const ProblemTab tab : {ProblemTab::Duplicates, ProblemTab::Names}) {
+      const std::vector<ProblemColumn> &columns = columnsOfTab(tab);
+      if (int(columns.size()) == shown.model()->columnCount() && columns[size_t(i)].key == column) {
+        return shown.visualRect(shown.model()->index(row, i)).center();
+      }
+    }
+  }
+  ADD_FAILURE() << column.text().toStdString();
+  return {};
 }
 
 SheetDialog *DesktopFixture::sheet() {

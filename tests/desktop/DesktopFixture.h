@@ -38,6 +38,11 @@ class DesktopFixture : public TestPlatform {
   }
   AppState &state() { return application.state(); }
   ProblemTable &table() { return view.problemWindow()->page(ProblemTab::Duplicates).table(); }
+  ProblemTable &names() { return view.problemWindow()->page(ProblemTab::Names).table(); }
+  /// Shows the window with these many rows, three in a group.
+  void showDuplicates(int rows);
+  /// The middle of a cell, in the viewport.
+  static QPoint middleOf(const ProblemTable &shown, int row, Key column);
   static QDialog *progressSheet();
 
   /// Saves a picture of a widget for a person to look at, and answers it.
@@ -52,3 +57,6 @@ class DesktopFixture : public TestPlatform {
 
 /// A row of the duplicates' table.
 Dictionary makeRow(int number, int group);
+/// A row of the names' table, of the type "RKIsArtistMatched" or "RKIsAlbumMatched", with a song for each
+/// spelling.
+Dictionary makeNameRow(const QString &type, const QString &preferred, const QStringList &spellings);

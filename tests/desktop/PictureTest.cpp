@@ -2,7 +2,9 @@
 #include <QTabWidget>
 
 #include "desktop/Colours.h"
+#include "support/Preferences.h"
 #include "tests/desktop/DesktopFixture.h"
+#include "values/Keys.h"
 
 namespace {
 
@@ -36,9 +38,8 @@ TEST_P(Pictures, OfTheWindowInItsStatesAndSizes) {
   view.showProblemWindow();
   window->resize(900, 560);
   take(window, "window-no-library");
-  for (int i = 0; i < 61; ++i) state().lists.mDuplicateSongDicts.append(makeRow(i, i / 3 + 1));
-  state().mHaveScannedLibraryForProblems = true;
-  view.reloadTable(ProblemTab::Duplicates);
+  showDuplicates(61);
+  application.doAutomark();
   application.controller().scanDriver().updateProblemNumbers();
   table().setCurrentIndex(table().rows().index(4, 0));
   view.validateProblemUI();
@@ -53,7 +54,20 @@ TEST_P(Pictures, OfTheWindowInItsStatesAndSizes) {
   view.reloadTable(ProblemTab::Duplicates);
   take(window, "window-none-found");
   view.selectTab(ProblemTab::Names);
+  take(window, "window-no-names");
+  const QString artist = keys::RKIsArtistMatched.text(), album = keys::RKIsAlbumMatched.text();
+  for (int i = 0; i < 5; ++i) {
+    const Array &list = state().lists.mInconsistentNameDicts;
+    list.append(
+        makeNameRow(artist, u"The Beatles"_qs, {u"beatles"_qs, u"The Beatles"_qs, u"the beatles"_qs}));
+    list.append(
+        makeNameRow(artist, u"Simon & Garfunkel"_qs, {u"Simon and Garfunkel"_qs, u"Simon & Garfunkel"_qs}));
+    list.append(makeNameRow(album, u"Hello, Goodbye"_qs, {u"hello goodbye "_qs, u"Hello, Goodbye"_qs}));
+    list.append(makeNameRow(album, u"A"_qs, {QString(200, u'a'), u"A"_qs, QString(90, u'A')}));
+  }
+  view.reloadTable(ProblemTab::Names);
   view.setPhoneticWarningVisible(true);
+  names().setCurrentIndex(names().rows().index(1, 0));
   take(window, "window-names");
 }
 
@@ -83,8 +97,9 @@ TEST_P(Pictures, OfSheetsAndPreferences) {
       u"/home/someone/Music/iTunes"_qs,
       u"/home/someone/Music/iTunes/iTunes Media/of/a/path/that/is/longer/than/the/window"_qs);
   view.setLibrarySongCount(u"12,345 in the library"_qs);
-  view.setSettingsNoteVisible(0, true);
-  for (const char *tab : {"library", "dupe", "names"}) {
+  for (const int group : {0, 1, 2}) view.setSettingsNoteVisible(group, true);
+  prefs::set(prefs::preferAudioData15, 4);
+  for (const char *tab : {"library", "dupe", "marks", "names"}) {
     view.revealPreferences(QLatin1String(tab));
     take(view.preferencesWindow(), (std::string("preferences-") + tab).c_str());
   }

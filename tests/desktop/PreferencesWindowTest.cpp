@@ -1,6 +1,10 @@
 #include <QCheckBox>
+#include <QComboBox>
+#include <QListView>
+#include <QMimeData>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QToolButton>
 
 #include "desktop/FrameText.h"
 #include "support/Preferences.h"
@@ -11,7 +15,9 @@ namespace {
 class PreferencesWindows : public DesktopFixture {
  protected:
   QCheckBox *box(const QString &key) { return find<QCheckBox>(view.preferencesWindow(), key); }
-  QWidget *note() { return find<QWidget>(view.preferencesWindow(), u"Prefs-DupeSettingsChanged"_qs); }
+  QWidget *note(QStringView key = u"Prefs-DupeSettingsChanged") {
+    return find<QWidget>(view.preferencesWindow(), key.toString());
+  }
   void launchAndReveal() {
     prefs::set(prefs::explainedDuplicates, true);
     writeLibrary(1);
@@ -70,6 +76,62 @@ TEST_F(PreferencesWindows, ResetShowsTheFirstValuesAgain) {
   EXPECT_FALSE(box(prefs::matchFileKind)->isChecked());
   sheet()->choose(0);
   settle();
+}
+
+TEST_F(PreferencesWindows, MarksAreOrderedByButtonsKeysAndDrops) {
+  launchAndReveal();
+  view.revealPreferences(u"marks"_qs);
+  auto *list = find<QListView>(view.preferencesWindow(), prefs::preferInfoTypes);
+  const auto stored = [] {
+    QString order;
+    for (const Value &type : prefs::value(prefs::preferInfoTypes).toArray()) order += type.toText();
+    return order.toStdString();
+  };
+  EXPECT_EQ(stored(), "01234567");
+  EXPECT_EQ(list->model()->rowCount(), 8);
+  auto *up = find<QToolButton>(view.preferencesWindow(), u"Prefs-PriorityUp"_qs);
+  EXPECT_FALSE(up->isEnabled()) << "nothing is selected";
+  list->setCurrentIndex(list->model()->index(2, 0));
+  up->click();
+  EXPECT_EQ(stored(), "02134567");
+  EXPECT_EQ(list->currentIndex().row(), 1) << "the line stays selected";
+  list->setFocus();
+  QTest::keyClick(list, Qt::Key_Down, Qt::ControlModifier);
+  QTest::keyClick(list, Qt::Key_Down, Qt::ControlModifier);
+  EXPECT_EQ(stored(), "01324567");
+  QAbstractItemModel *model = list->model();
+  const std::unique_ptr<QMimeData> dragged(model->mimeData({model->index(7, 0), model->index(0, 0)}));
+  EXPECT_TRUE(model->dropMimeData(dragged.get(), Qt::MoveAction, 3, 0, {}));
+  EXPECT_EQ(stored(), "13072456");
+  EXPECT_TRUE(note(u"Prefs-AutomarkChanged")->isVisible());
+  QTest::mouseClick(note(u"Prefs-AutomarkChanged")->findChild<QPushButton *>(), Qt::LeftButton);
+  EXPECT_FALSE(note(u"Prefs-AutomarkChanged")->isVisible()) << "applied by marking again";
+  application.controller().prefsController().resetToDefaults(false);
+  EXPECT_EQ(stored(), "01234567");
+  EXPECT_TRUE(model->index(0, 0).data().toString().contains(u"complete"_qs))
+      << "the list shows the first order";
+}
+
+TEST_F(PreferencesWindows, TheBitRateIsForTheOneCriterionThatHasIt) {
+  launchAndReveal();
+  view.revealPreferences(u"marks"_qs);
+  auto *audio = find<QComboBox>(view.preferencesWindow(), prefs::preferAudioData15);
+  auto *bitRate = find<QSpinBox>(view.preferencesWindow(), prefs::preferAudioFileBitRate);
+  auto *type = find<QComboBox>(view.preferencesWindow(), prefs::preferAudioFileTypeNumber);
+  EXPECT_EQ(audio->count(), 7);
+  EXPECT_EQ(type->count(), 7);
+  for (int criterion = 0; criterion < audio->count(); ++criterion) {
+    audio->setCurrentIndex(criterion);
+    Q_EMIT audio->activated(criterion);
+    settle();
+    EXPECT_EQ(prefs::integer(prefs::preferAudioData15), criterion);
+    EXPECT_EQ(bitRate->isEnabled(), criterion == 4);
+  }
+  EXPECT_FALSE(type->isEnabled());
+  box(prefs::preferAudioFileType)->click();
+  settle();
+  EXPECT_TRUE(type->isEnabled());
+  EXPECT_EQ(bitRate->value(), 160);
 }
 
 TEST_F(PreferencesWindows, AppearWhereTheyWereUnlessThatIsOffTheScreen) {
