@@ -3,6 +3,7 @@
 #include <QDir>
 
 #include "app/state/OverridePaths.h"
+#include "audio/SongFileInfoCache.h"
 #include "bridge/LocalizedMessage.h"
 #include "bridge/iTunesInterface.h"
 #include "platform/Platform.h"
@@ -110,6 +111,7 @@ void MainController::applicationWillTerminate() {
   state.untrustedLocations.writeUntrustedLocationPIDsArray();
   writeEquivOverridePathsDict(state);
   prefs::synchronize();
+  SongFileInfoCache::resetSharedCache();
   BMLogFlushFinal(!state.mIsRestarting);
 }
 

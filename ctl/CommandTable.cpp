@@ -12,6 +12,10 @@
 #include "ctl/NamesCommand.h"
 #include "ctl/PrefsCommand.h"
 #include "ctl/ScanCommand.h"
+#include "ctl/TagsCommand.h"
+#include "ctl/TagsSetCommand.h"
+#include "ctl/TagsStripCommand.h"
+#include "ctl/TagsTreeCommand.h"
 #include "platform/Platform.h"
 
 namespace {
@@ -31,6 +35,10 @@ CommandTable::CommandTable() {
   commands.push_back(std::make_unique<LibraryInfoCommand>());
   commands.push_back(std::make_unique<LibraryTracksCommand>());
   commands.push_back(std::make_unique<PrefsCommand>());
+  commands.push_back(std::make_unique<TagsCommand>());
+  commands.push_back(std::make_unique<TagsSetCommand>());
+  commands.push_back(std::make_unique<TagsStripCommand>());
+  commands.push_back(std::make_unique<TagsTreeCommand>());
   commands.push_back(std::make_unique<InspectResourcesCommand>());
   commands.push_back(std::make_unique<InspectPlistCommand>());
   commands.push_back(std::make_unique<InspectTextCommand>());
@@ -46,11 +54,15 @@ int CommandTable::run(const QStringList &arguments, Terminal &terminal) const {
 }
 
 Command *CommandTable::find(const QStringList &arguments) const {
+  Command *found = nullptr;
+  qsizetype most = 0;
   for (const auto &command : commands) {
     const QStringList words = command->name().split(u' ');
-    if (arguments.first(qMin(words.size(), arguments.size())) == words) return command.get();
+    if (words.size() <= most || arguments.first(qMin(words.size(), arguments.size())) != words) continue;
+    found = command.get();
+    most = words.size();
   }
-  return nullptr;
+  return found;
 }
 
 int CommandTable::dispatch(const QStringList &arguments, Terminal &terminal) const {

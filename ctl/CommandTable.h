@@ -16,7 +16,7 @@ class CommandTable {
   int run(const QStringList &arguments, Terminal &terminal) const;
 
  private:
-  /// The command whose name begins the arguments; null if there is none.
+  /// The command with the most words that begin the arguments; null if there is none.
   Command *find(const QStringList &arguments) const;
   int dispatch(const QStringList &arguments, Terminal &terminal) const;
   int help(const QStringList &arguments, Terminal &terminal) const;

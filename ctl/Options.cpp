@@ -19,13 +19,13 @@ bool Options::parse(const QStringList &arguments, qsizetype maximumOperands, QSt
         *error = QStringLiteral("%1 needs a value").arg(name);
         return false;
       }
-      given[name] << (isAssigned ? argument.section(u'=', 1) : arguments[++i]);
+      take(name, isAssigned ? argument.section(u'=', 1) : arguments[++i]);
     } else if (flags.contains(name)) {
       if (isAssigned) {
         *error = QStringLiteral("%1 takes no value").arg(name);
         return false;
       }
-      given[name] << QString();
+      take(name, {});
     } else {
       *error = QStringLiteral("unknown option %1").arg(name);
       return false;
@@ -34,4 +34,9 @@ bool Options::parse(const QStringList &arguments, qsizetype maximumOperands, QSt
   if (plain.size() <= maximumOperands) return true;
   *error = QStringLiteral("surplus argument %1").arg(plain[maximumOperands]);
   return false;
+}
+
+void Options::take(const QString &name, const QString &value) {
+  given[name] << value;
+  inOrder.append({name, value});
 }

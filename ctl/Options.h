@@ -22,10 +22,15 @@ class Options {
   }
   QStringList values(const QString &name) const { return given.value(name); }
   const QStringList &operands() const { return plain; }
+  /// Every option that was given, with its value, in the order of the command line.
+  const QList<std::pair<QString, QString>> &sequence() const { return inOrder; }
 
  private:
+  void take(const QString &name, const QString &value);
+
   const QStringList flags;
   const QStringList valued;
   QHash<QString, QStringList> given;
+  QList<std::pair<QString, QString>> inOrder;
   QStringList plain;
 };

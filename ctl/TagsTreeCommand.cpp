@@ -1,0 +1,97 @@
+#include "ctl/TagsTreeCommand.h"
+
+#include "audio/ByteView.h"
+#include "audio/FileReader.h"
+#include "audio/mp4/Atom.h"
+#include "audio/mp4/AtomWalk.h"
+#include "ctl/Options.h"
+#include "ctl/RowText.h"
+#include "ctl/Session.h"
+#include "ctl/TagFacts.h"
+
+namespace {
+
+constexpr quint32 kData = 0x64617461;
+
+/// The start of an item's value, if it is a text.
+QString textOf(const Atom &atom, const FileReader &file) {
+  constexpr qint64 kHeader = 8, kEnough = 256;
+  if (atom.name() != kData || atom.isContainer()) return {};
+  const QByteArray bytes =
+      file.read(qint64(atom.fileDataStart()), std::min(qint64(atom.fileDataLength()), kHeader + kEnough));
+  const ByteView payload{QByteArrayView(bytes)};
+  if (payload.size() <= kHeader || payload.u24(1) != 1) return {};
+  return QStringLiteral("  \"%1\"")
+      .arg(tagfacts::shortened(QString::fromUtf8(payload.from(kHeader).bytes())));
+}
+
+/// One line for each atom: where its header is, how many bytes it takes with it, its name.
+void printAtoms(const Atom &container, const FileReader &file, quint64 offset, int depth,
+                Terminal &terminal) {
+  for (const AtomPtr &atom : container.contents()) {
+    const quint64 size = atomwalk::sizeOfAtomInAtOffsetName(file, offset, nullptr);
+    terminal.print(QStringLiteral("%1 %2  ").arg(offset, 10).arg(size, 10) +
+                   QStringLiteral("  ").repeated(depth) + printable(atom->nameString()) +
+                   textOf(*atom, file));
+    const quint64 header = atom->name() == Atom::kMeta ? 12 : 8;
+    if (atom->isContainer()) printAtoms(*atom, file, offset + header, depth + 1, terminal);
+    offset += size;
+  }
+}
+
+/// Null, or why the atoms cannot be told.
+QString printAtoms(const QString &path, Terminal &terminal) {
+  try {
+    const auto file = std::make_shared<FileReader>(path);
+    const AtomPtr root = Atom::atomContainerFromFile(file);
+    terminal.print(
+        QStringLiteral("%1 %2  ").arg(QStringLiteral("offset"), 10).arg(QStringLiteral("bytes"), 10) +
+        QStringLiteral("atom"));
+    printAtoms(*root, *file, 0, 0, terminal);
+    return {};
+  } catch (const std::exception &problem) {
+    return QString::fromUtf8(problem.what());
+  }
+}
+
+void printRange(const char *name, FileRange range, Terminal &terminal) {
+  if (range.length == 0) return;
+  terminal.print(
+      QStringLiteral("%1: %2 at %3")
+          .arg(QString::fromLatin1(name), rowtext::counted(qsizetype(range.length), "byte", "bytes"))
+          .arg(range.start));
+}
+
+QString printFrames(const QString &path, Terminal &terminal) {
+  const auto tag = MP3InfoTag::tagWithMPEGFile(path);
+  if (!tag) return QStringLiteral("no tag that can be read");
+  if (tag->readVersion().isNull()) return QStringLiteral("it has no tag");
+  terminal.print(QStringLiteral("Version: ") + tag->readVersion());
+  printRange("Tag at the front", tag->id3v2Range(), terminal);
+  printRange("Tag at the end", tag->id3v1Range(), terminal);
+  for (const MP3InfoTag::Frame &frame : tag->frames()) {
+    terminal.print(QStringLiteral("  ") + printable(QString::fromLatin1(frame.id)).leftJustified(8) +
+                   tagfacts::kindName(frame.value).leftJustified(8) + tagfacts::inWords(frame.value));
+  }
+  return {};
+}
+
+bool holdsAtoms(const QString &path) {
+  return tagfacts::kindOf(path) == SongFile::kMP4Data || FileReader(path).read(4, 4) == "ftyp";
+}
+
+}  // namespace
+
+int TagsTreeCommand::run(const QStringList &arguments, Terminal &terminal) {
+  Options options({}, {});
+  QString error;
+  if (!options.parse(arguments, 1, &error)) return wrongUse(error, terminal);
+  if (options.operands().isEmpty()) return wrongUse(QStringLiteral("name a FILE"), terminal);
+  const QString &path = options.operands().first();
+  const Session session(Session::LogAtEnd::StaysText);
+  QString why = tagfacts::whyUnreadable(path);
+  if (why.isNull()) why = holdsAtoms(path) ? printAtoms(path, terminal) : printFrames(path, terminal);
+  if (why.isNull()) return exitcode::kDone;
+  terminal.say(QStringLiteral("Can't read \"%1\": %2").arg(printable(path), why));
+  return exitcode::kReported;
+}
