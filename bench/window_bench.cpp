@@ -121,7 +121,7 @@ void spellingDoubleClick(benchmark::State &bench) {
   showRow(ProblemTab::Names, row);
   ProblemTable &table = window().table(ProblemTab::Names);
   const QRect cell = table.visualRect(table.model()->index(row, 1));
-  const QPoint places[] = {{cell.left() + 180, cell.center().y()}, {cell.left() + 20, cell.center().y()}};
+  const QPoint places[] = {{cell.left() + 140, cell.center().y()}, {cell.left() + 20, cell.center().y()}};
   int at = 0;
   for (auto round : bench) click(table, places[++at % 2], true);
   const Dictionary clicked = table.rows().row(row);

@@ -13,6 +13,7 @@ namespace {
 
 void follow(QPushButton *button, const QAction *action) {
   button->setText(action->text());
+  button->setMinimumWidth(button->fontMetrics().horizontalAdvance(action->text()) + 32);
   button->setEnabled(action->isEnabled());
   const QString keys = action->shortcut().toString(QKeySequence::NativeText);
   const QString text =

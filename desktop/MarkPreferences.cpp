@@ -7,8 +7,8 @@
 #include <QVBoxLayout>
 
 #include "bridge/LocalizedMessage.h"
-#include "desktop/Colours.h"
 #include "desktop/PriorityList.h"
+#include "desktop/SecondaryLabel.h"
 #include "desktop/ToolTips.h"
 #include "support/Preferences.h"
 
@@ -53,9 +53,7 @@ MarkPreferences::MarkPreferences(const WindowActions &windowActions) : actions(w
 void MarkPreferences::addPriorities() {
   priorities = new PriorityList;
   auto *title = new QLabel(text("Prefs-InfoPriorities") + u':');
-  auto *explanation = new QLabel(text("Prefs-InfoPrioritiesExplained"));
-  explanation->setWordWrap(true);
-  explanation->setPalette(colours::withSecondaryText(palette()));
+  auto *explanation = new SecondaryLabel(text("Prefs-InfoPrioritiesExplained"));
   column()->addWidget(title);
   column()->addWidget(priorities);
   column()->addWidget(explanation);
@@ -79,9 +77,9 @@ void MarkPreferences::addAudio() {
   bitRate->setAccessibleName(text("Prefs-PreferBitRateToolTip"));
   binder.bindComboBox(audio, prefs::preferAudioData15);
   binder.bindSpinBox(bitRate, prefs::preferAudioFileBitRate);
+  column()->addWidget(title);
   auto *row = new QHBoxLayout;
   row->setSpacing(10);
-  row->addWidget(title);
   row->addWidget(audio);
   row->addWidget(bitRate);
   row->addStretch();

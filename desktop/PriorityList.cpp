@@ -6,6 +6,7 @@
 #include <QToolButton>
 
 #include "bridge/LocalizedMessage.h"
+#include "desktop/RowDelegate.h"
 #include "desktop/ToolTips.h"
 
 namespace {
@@ -20,6 +21,7 @@ PriorityList::PriorityList()
   list->setAccessibleName(localizedMessage(QStringLiteral("Prefs-InfoPriorities")));
   list->setToolTip(toolTips::fromPlainText(localizedMessage(QStringLiteral("Prefs-InfoPrioritiesToolTip"))));
   list->setModel(&model);
+  list->setItemDelegate(new RowDelegate(-1, list));
   list->setUniformItemSizes(true);
   list->setDragEnabled(true);
   list->setAcceptDrops(true);
@@ -27,8 +29,7 @@ PriorityList::PriorityList()
   list->setDragDropMode(QAbstractItemView::InternalMove);
   list->setDefaultDropAction(Qt::MoveAction);
   list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  list->setSpacing(1);
-  list->setFixedHeight(kRows * (list->fontMetrics().height() + 5) + 2 * list->frameWidth() + 4);
+  list->setFixedHeight(kRows * (list->fontMetrics().height() + 8) + 2 * list->frameWidth());
   auto *buttons = new QVBoxLayout;
   buttons->setSpacing(4);
   buttons->addWidget(up);

@@ -69,6 +69,7 @@ QString columnText(const ProblemColumn &column, const Value &value) {
   if (value.isNull()) return {};
   switch (column.format) {
     case ColumnFormat::Size:
+      if (value.toInteger() <= 0) return {};
       return QLocale().formattedDataSize(value.toInteger(), 1, QLocale::DataSizeSIFormat);
     case ColumnFormat::Number:
       return value.toInteger() > 0 ? numberOrText(value) : QString();

@@ -81,7 +81,11 @@ Qt::ItemFlags ProblemTableModel::flags(const QModelIndex &index) const {
 QVariant ProblemTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   const ProblemColumn &column = columns[size_t(section)];
-  if (role == Qt::DisplayRole) return localizedMessage(column.titleKey);
+  if (role == Qt::DisplayRole) {
+    const QString title = localizedMessage(column.titleKey);
+    // The cells keep the same distance from the next column.
+    return column.alignment() & Qt::AlignRight ? title + QChar(0x2002) : title;
+  }
   if (role == Qt::TextAlignmentRole) return int(column.alignment());
   if (role == Qt::ToolTipRole) return toolTips::fromPlainText(columnToolTip(column));
   return {};

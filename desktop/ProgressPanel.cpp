@@ -6,22 +6,20 @@
 #include <QVBoxLayout>
 
 #include "bridge/LocalizedMessage.h"
-#include "desktop/Colours.h"
 #include "desktop/Icons.h"
+#include "desktop/SecondaryLabel.h"
 
 namespace {
 constexpr int kSteps = 10'000;
 }
 
 ProgressPanel::ProgressPanel(QWidget *attachedTo, std::function<void()> cancelPressed)
-    : SheetDialog(attachedTo), quoteLabel(new QLabel), subLabel(new QLabel), bar(new QProgressBar) {
+    : SheetDialog(attachedTo), quoteLabel(new SecondaryLabel), subLabel(new QLabel), bar(new QProgressBar) {
   setObjectName(QStringLiteral("progressSheet"));
   setPicture(icons::application());
   QFont italic = quoteLabel->font();
   italic.setItalic(true);
   quoteLabel->setFont(italic);
-  quoteLabel->setWordWrap(true);
-  quoteLabel->setPalette(colours::withSecondaryText(palette()));
   subLabel->setObjectName(QStringLiteral("progressSubText"));
   subLabel->setTextFormat(Qt::PlainText);
   subLabel->setMinimumHeight(subLabel->fontMetrics().height());

@@ -7,6 +7,10 @@
 
 #include "desktop/ToolTips.h"
 
+namespace {
+constexpr QChar kEnSpace(0x2002);
+}
+
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const {
   QSize size = QStyledItemDelegate::sizeHint(option, index);
   size.setHeight(option.fontMetrics.height() + 8);
@@ -16,6 +20,8 @@ QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelInde
 void RowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const {
   QStyledItemDelegate::initStyleOption(option, index);
   option->state &= ~QStyle::State_HasFocus;
+  // Keeps a number away from the text of the next column.
+  if (option->displayAlignment & Qt::AlignRight && !option->text.isEmpty()) option->text += kEnSpace;
   option->textElideMode = index.column() == elidedInTheMiddle ? Qt::ElideMiddle : Qt::ElideRight;
 }
 

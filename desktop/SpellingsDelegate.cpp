@@ -6,7 +6,7 @@
 #include "desktop/ProblemTableModel.h"
 
 namespace {
-constexpr int kMargin = 5;
+constexpr int kMargin = 3;
 }  // namespace
 
 QRect SpellingsDelegate::textArea(const QRect &cell) {

@@ -44,7 +44,7 @@ class Names : public DesktopFixture {
           plain.horizontalAdvance(before.mid(close + 1));
     }
     const QRect cell = names().visualRect(names().rows().index(row, 1));
-    return QPoint(cell.left() + 5 + int(x) + 4, cell.center().y());
+    return QPoint(cell.left() + 3 + int(x) + 4, cell.center().y());
   }
   void pointAt(const QPoint &place) {
     QMouseEvent move(QEvent::MouseMove, place, names().viewport()->mapToGlobal(place), Qt::NoButton, {}, {});

@@ -90,6 +90,7 @@ TEST_F(ProblemTableRows, ShowsValuesAsPeopleReadThem) {
                {"Column-Information", false, QString()},
                {"Column-Rating", u"★★★"_qs, u"★★★"_qs},
                {"Column-Size", 4'821'000, u"4.8 MB"_qs},
+               {"Column-Size", std::numeric_limits<qint64>::min(), QString()},
                {"Column-Year", 1987, u"1987"_qs},
                {"Column-Year", 0, QString()},
                {"Column-Name", u"7"_qs, u"7"_qs},
