@@ -49,7 +49,7 @@ class SampleTracks {
 void SampleTracks::newArtist(int number) {
   switch (kind) {
     case Usual:
-      artist = QStringLiteral("The ") + words(2 + int(random() % 2));
+      artist = QStringLiteral("The ") + words(3 + int(random() % 2));
       break;
     case OneArtist:
       artist = QStringLiteral("Various Artists");

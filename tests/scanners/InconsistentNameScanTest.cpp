@@ -1,3 +1,5 @@
+#include <thread>
+
 #include "app/state/AppState.h"
 #include "scanners/InconNameController.h"
 #include "scanners/InconsistentNameScanner.h"
@@ -149,6 +151,32 @@ TEST_F(InconsistentNameScan, ALibraryOfOneNameStaysNearLinear) {
     add({u"Ann", number % 2 ? u"Best" : u"Live", u"Ann"});
   }
   EXPECT_EQ(scan(), QString());
+}
+
+TEST_F(InconsistentNameScan, RowsAreCompleteAsSoonAsTheyAreSeen) {
+  for (int number = 0; number < 6000; ++number) {
+    const Dictionary track = add({nullptr, number % 2 ? u"Best" : u"BEST"});
+    track.set(keys::Artist, QStringLiteral("Ann %1").arg(number / 4).repeated(1 + number % 3 / 2));
+  }
+  const Array list = state.lists.mInconsistentNameDicts;
+  const ObjectLock lock = state.threadLockForObject(list);
+  state.threadLockForObject(tracks());
+  std::thread worker([&] { scanner.scanLibraryForInconsistentNamesThread(); });
+  qsizetype songs = 0;
+  for (bool last = false; !last;) {
+    last = state.operation.mCompletedFindInconsistentNames;
+    std::lock_guard held(*lock);
+    for (const Value &row : list) {
+      EXPECT_TRUE(row.toDictionary().contains(keys::inconPref));
+      const Key mark(row.toDictionary().value(keys::inconType).toText());
+      for (const Value &value : row.toDictionary().value(keys::inconSongs).toArray()) {
+        EXPECT_TRUE(value.toDictionary().contains(mark));
+        ++songs;
+      }
+    }
+  }
+  worker.join();
+  EXPECT_GT(songs, 0);
 }
 
 TEST_F(InconsistentNameScan, AScanTellsItsEndAndItsWork) {
