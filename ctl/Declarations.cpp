@@ -33,7 +33,8 @@ bool Declarations::openLibrary(const QString &library, const QString &media, Ter
   state.library.mMusicLibrary = opened->root;
   for (const DictionaryEntry &entry : opened->root.value(keys::Tracks).toDictionary()) {
     const Dictionary &track = entry.value.toDictionary();
-    tracks.insert(track.value(keys::PersistentID).toText().toUpper(), track);
+    const QString &pid = track.value(keys::PersistentID).toText();
+    if (!pid.isEmpty()) tracks.insert(pid.toUpper(), track);
   }
   // Their key follows the media folder, which is a setting of this run alone.
   state.ignoredDuplicates.ignoredDuplicatePIDsArray();
