@@ -1,5 +1,7 @@
 #include "repairs/Automark.h"
 
+#include <algorithm>
+
 #include "app/PrefsController.h"
 #include "app/state/AppState.h"
 #include "app/state/Commands.h"
@@ -11,9 +13,17 @@
 
 namespace {
 
+bool isMark(const DictionaryEntry &entry) {
+  return entry.key == keys::markInfo || entry.key == keys::markAudio;
+}
+
+/// One look at the row, which mostly lies in far memory.
 void unmark(const Dictionary &row) {
-  row.remove(keys::markInfo);
-  row.remove(keys::markAudio);
+  if (std::any_of(row.begin(), row.end(), isMark)) row.removeIf(isMark);
+}
+
+qint64 groupNumber(const Array &rows, qsizetype place) {
+  return rows.at(place).toDictionary().value(keys::DupeGroup).toInteger();
 }
 
 std::optional<qint64> sizeOnDisk(const QString &path) {
@@ -60,14 +70,16 @@ void Automark::markGroups(const AutomarkRules &rules, const std::optional<QSet<q
   choices.clear();
   const Array &rows = state.lists.mDuplicateSongDicts;
   std::vector<Dictionary> group;
+  qint64 nextNumber = groupNumber(rows, 0);
   for (qsizetype next = 0; next < rows.size();) {
     Choice choice;
     choice.firstRow = next;
-    const qint64 number = rows.at(next).toDictionary().value(keys::DupeGroup).toInteger();
+    const qint64 number = nextNumber;
     group.clear();
     do {
       group.push_back(rows.at(next++).toDictionary());
-    } while (next < rows.size() && rows.at(next).toDictionary().value(keys::DupeGroup).toInteger() == number);
+      nextNumber = groupNumber(rows, next);
+    } while (next < rows.size() && nextNumber == number);
     if (wanted && !wanted->contains(number)) continue;
     choice.rowCount = next - choice.firstRow;
     choice.marks = chooser.choose(group);
