@@ -2,16 +2,12 @@
 
 #include <QLabel>
 
-/// A label of less weight, whose colour follows the palette in force.
+/// Plain text of less weight in as many lines as it needs. Mixes its colour while it paints, so that it fits
+/// whatever palette is in force.
 class SecondaryLabel : public QLabel {
  public:
   explicit SecondaryLabel(const QString &text = {});
 
  protected:
-  void changeEvent(QEvent *event) override;
-
- private:
-  void updateColours();
-
-  bool updating = false;
+  void paintEvent(QPaintEvent *event) override;
 };
