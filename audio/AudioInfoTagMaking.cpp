@@ -2,6 +2,7 @@
 
 #include "audio/AudioInfoTag.h"
 #include "audio/CachedInfoTag.h"
+#include "audio/FileReader.h"
 #include "audio/SongFile.h"
 #include "audio/mp4/AACInfoTag.h"
 #include "audio/tags/MP3InfoTag.h"
@@ -13,9 +14,9 @@ namespace {
 std::atomic<bool> discardsMalformedInfo{false};
 std::atomic<bool> discardsUnrecognizedInfo{false};
 
-AudioInfoTagPtr tagOfKind(qint32 kind, const QString &path) {
-  if (kind == SongFile::kMPEGData) return MP3InfoTag::tagWithMPEGFile(path);
-  if (kind == SongFile::kMP4Data) return AACInfoTag::tagWithMP4File(path);
+AudioInfoTagPtr tagOfKind(qint32 kind, const std::shared_ptr<FileReader> &file, const QString &path) {
+  if (kind == SongFile::kMPEGData) return MP3InfoTag::tagWithOpenMPEGFile(*file, path);
+  if (kind == SongFile::kMP4Data) return AACInfoTag::tagWithOpenMP4File(file);
   return {};
 }
 
@@ -44,8 +45,10 @@ QString trackTextOf(const Dictionary &track) {
 
 AudioInfoTagPtr AudioInfoTag::tagWithPath(const QString &path) {
   try {
-    const qint32 sniffed = SongFile::songDataTypeAtPath(path);
-    AudioInfoTagPtr tag = tagOfKind(sniffed == SongFile::kUnknownData ? kindByName(path) : sniffed, path);
+    const auto file = std::make_shared<FileReader>(path);
+    const qint32 sniffed = SongFile::songDataTypeOfFile(*file, path);
+    const qint32 kind = sniffed == SongFile::kUnknownData ? kindByName(path) : sniffed;
+    AudioInfoTagPtr tag = tagOfKind(kind, file, path);
     if (!tag) return {};
     tag->gatherTagsFromPathname(path);
     tag->gatherFileMetadataFromPath(path);

@@ -32,14 +32,19 @@ void FileReader::close() {
 QByteArray FileReader::read(qint64 offset, qint64 length) const {
   if (descriptor < 0 || offset < 0 || offset >= fileSize || length <= 0) return {};
   QByteArray bytes(std::min(length, fileSize - offset), Qt::Uninitialized);
+  bytes.truncate(readInto(offset, bytes.data(), bytes.size()));
+  return bytes;
+}
+
+qint64 FileReader::readInto(qint64 offset, char *into, qint64 length) const {
+  if (descriptor < 0 || offset < 0 || offset >= fileSize) return 0;
+  const qint64 wanted = std::min(length, fileSize - offset);
   qint64 done = 0;
-  while (done < bytes.size()) {
-    const ssize_t count =
-        ::pread(descriptor, bytes.data() + done, size_t(bytes.size() - done), off_t(offset + done));
+  while (done < wanted) {
+    const ssize_t count = ::pread(descriptor, into + done, size_t(wanted - done), off_t(offset + done));
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) break;  // an error, or the file has shrunk
     done += count;
   }
-  bytes.truncate(done);
-  return bytes;
+  return done;
 }

@@ -21,6 +21,8 @@ class FileReader {
   /// Up to `length` bytes from an offset: fewer at the file's end, none outside or on a failure. Asks for no
   /// more memory than the file had bytes when it was opened.
   QByteArray read(qint64 offset, qint64 length) const;
+  /// The same into memory of the caller's; answers how many bytes came.
+  qint64 readInto(qint64 offset, char *into, qint64 length) const;
 
  private:
   int descriptor = -1;

@@ -1,5 +1,7 @@
 #include "audio/MacRoman.h"
 
+#include <algorithm>
+
 namespace {
 
 /// What the bytes from 128 on stand for; 0xDB is the euro sign, as since 1998.
@@ -25,4 +27,15 @@ QString textOfMacRoman(QByteArrayView bytes) {
     text[i] = QChar(byte < 128 ? char16_t(byte) : kUpperHalf[byte - 128]);
   }
   return text;
+}
+
+quint32 macRomanCode(QStringView text) {
+  quint32 code = 0;
+  for (qsizetype i = 0; i < 4; ++i) {
+    const char16_t unit = i < text.size() ? text[i].unicode() : 0;
+    const auto upper = std::find(std::begin(kUpperHalf), std::end(kUpperHalf), unit);
+    const bool isUpper = upper != std::end(kUpperHalf);
+    code = code << 8 | (unit < 128 ? unit : isUpper ? quint32(128 + (upper - std::begin(kUpperHalf))) : 0U);
+  }
+  return code;
 }

@@ -48,8 +48,7 @@ SongFile *SongFile::songWithPathInArrayOfSongFiles(const QString &path,
 AudioInfoTag *SongFile::infotag() {
   if (mInfotag) return mInfotag.get();
   mInfotag = AudioInfoTag::tagWithPath(mPath);
-  if (!mInfotag) return nullptr;
-  if (!mPlaylist.isNull()) mInfotag->setPlayListAndIndex(mPlaylist, mPlaylistIndex);
+  if (mInfotag && !mPlaylist.isNull()) mInfotag->setPlayListAndIndex(mPlaylist, mPlaylistIndex);
   setDefaultActivityStatus();
   return mInfotag.get();
 }
@@ -112,7 +111,9 @@ void SongFile::setPath(const QString &path) {
 }
 
 void SongFile::setAliasFromPath() {
-  if (!mAlias) mAlias = FileReference::toPath(mPath);
+  if (mAlias) return;
+  const FileReference reference = FileReference::toPath(mPath);
+  if (!reference.isNull()) mAlias = reference;
 }
 
 void SongFile::updatePathFromAlias() {

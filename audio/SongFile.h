@@ -9,6 +9,7 @@
 #include "audio/FileReference.h"
 #include "values/Date.h"
 
+class FileReader;
 class SongFile;
 using SongFilePtr = std::unique_ptr<SongFile>;
 
@@ -35,6 +36,8 @@ class SongFile {
   static bool claimsToBeAIFF(const QString &path);
   /// 0, 1 or 2 as above. Reads at most half a megabyte behind a tag, in blocks of 4 KiB.
   static qint32 songDataTypeAtPath(const QString &path);
+  /// The same of an open file; the path is for the log.
+  static qint32 songDataTypeOfFile(const FileReader &file, const QString &path);
   /// Cuts off a version 2.4 tag; false for any other file and on failure.
   static bool removeID3v2TagFromFileAtPath(const QString &path);
 

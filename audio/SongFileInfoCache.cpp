@@ -17,10 +17,29 @@ constexpr double kPauseSeconds = 0.1;
 
 /// Ended by `resetSharedCache` alone: at the very end of the process there is no platform to write with.
 SongFileInfoCache *theCache = nullptr;
+std::mutex theCacheLock;
 
-QString appCacheFolder() {
-  const Folders &folders = platform().folders;
-  return folders.caches.isEmpty() ? folders.home + QStringLiteral("/Library/Caches") : folders.caches;
+/// A host dictionary with the dates of its entries made otherwise.
+template <class Change>
+Dictionary withDates(const Dictionary &host, Change change) {
+  const Dictionary changed = Dictionary::make();
+  for (const DictionaryEntry &entry : host) {
+    if (entry.value.toDictionary().isNull()) continue;
+    const Dictionary info = entry.value.toDictionary().copyMembers(true);
+    info.set(cachedinfo::modified, change(info.value(cachedinfo::modified)));
+    changed.set(entry.key, info);
+  }
+  return changed;
+}
+
+// A property list's date ends at microseconds, a file's goes further, and both must be the same to the last
+// digit: the archive holds plain numbers.
+Value numberOfDate(const Value &date) {
+  return date.toDate() ? Value(date.toDate()->seconds) : Value();
+}
+
+Value dateOfNumber(const Value &number) {
+  return number.isNumber() ? Value(Date{number.toDouble()}) : Value();
 }
 
 /// A file's folder, without a slash at its end.
@@ -31,7 +50,13 @@ QString folderOf(const QString &path) {
 
 }  // namespace
 
+QString SongFileInfoCache::appCacheFolder() {
+  const Folders &folders = platform().folders;
+  return folders.caches.isEmpty() ? folders.home + QStringLiteral("/Library/Caches") : folders.caches;
+}
+
 SongFileInfoCache &SongFileInfoCache::sharedCache() {
+  std::lock_guard held(theCacheLock);
   if (!theCache) {
     const QString base = QStringLiteral("%1/%2.info").arg(appCacheFolder(), platform().bundle.identifier);
     createMissingDirectories(base);
@@ -41,6 +66,7 @@ SongFileInfoCache &SongFileInfoCache::sharedCache() {
 }
 
 void SongFileInfoCache::resetSharedCache() {
+  std::lock_guard held(theCacheLock);
   delete std::exchange(theCache, nullptr);
 }
 
@@ -80,7 +106,7 @@ Dictionary SongFileInfoCache::hostDictionaryForPathKey(const QString &path, QStr
     QString error;
     const Value archived = platform().propertyLists->parse(file.readAll(), &error);
     if (archived.type() == Value::Type::Dictionary) {
-      host = archived.toDictionary();
+      host = withDates(archived.toDictionary(), dateOfNumber);
     } else {
       BMLog("Couldn't unarchive %@", file.fileName());
     }
@@ -92,10 +118,13 @@ Dictionary SongFileInfoCache::hostDictionaryForPathKey(const QString &path, QStr
 Dictionary SongFileInfoCache::infoForSongFileAtPath(const QString &path) {
   std::lock_guard held(mDirtyDictsLock);
   QString key;
-  const Dictionary info = hostDictionaryForPathKey(path, &key).value(Key(path)).toDictionary();
+  // A path that nobody stored is not made a key: keys live as long as the process.
+  const Dictionary host = hostDictionaryForPathKey(path, &key);
+  const Key known = Key::find(path);
+  const Dictionary info = known.isAbsent() ? Dictionary() : host.value(known).toDictionary();
   const std::optional<Date> date = platform().fileFacts->modificationDate(path);
-  const Date *known = info.value(cachedinfo::modified).toDate();
-  return date && known && date->seconds == known->seconds ? info : Dictionary();
+  const Date *then = info.value(cachedinfo::modified).toDate();
+  return date && then && date->seconds == then->seconds ? info : Dictionary();
 }
 
 void SongFileInfoCache::storeInfoForSongFileAtPath(const Dictionary &info, const QString &path) {
@@ -103,12 +132,15 @@ void SongFileInfoCache::storeInfoForSongFileAtPath(const Dictionary &info, const
     BMLog("nil storeInfo for %@", path);
     return;
   }
+  // A copy of its own, for good: what the caller does to his must not meet the archiving.
+  const Dictionary kept = copyTree(info).toDictionary();
+  kept.freeze();
   {
     std::lock_guard held(mDirtyDictsLock);
     QString key;
     const Dictionary host = hostDictionaryForPathKey(path, &key);
     if (host.isNull()) return;
-    host.set(Key(path), info);
+    host.set(Key(path), kept);
     mDirtyDicts.insert(key, host);
   }
   cacheMemoryDirtyWithResetTime(true);
@@ -127,34 +159,38 @@ void SongFileInfoCache::cacheMemoryDirtyWithResetTime(bool reset) {
   if (reset) mLastDirtiedTime = platform().clock->now().seconds;
   if (mMemoryCacheWriteTimer != 0) return;
   mMemoryCacheWriteTimer =
-      platform().mainLoop->startTimer(kPauseSeconds, false, [this] { writeSomeCacheToDisk(true); });
+      platform().mainLoop->startTimer(kPauseSeconds, false, [this] { writeSomeCacheToDisk(); });
 }
 
-void SongFileInfoCache::writeSomeCacheToDisk(bool byTimer) {
-  if (byTimer) {
-    mMemoryCacheWriteTimer = 0;
-    const auto quiet = float(platform().clock->now().seconds - mLastDirtiedTime);
-    if (quiet < float(kPauseSeconds)) return cacheMemoryDirtyWithResetTime(true);
+void SongFileInfoCache::writeSomeCacheToDisk() {
+  mMemoryCacheWriteTimer = 0;
+  const auto quiet = float(platform().clock->now().seconds - mLastDirtiedTime);
+  if (quiet < float(kPauseSeconds)) {
+    cacheMemoryDirtyWithResetTime(true);
+  } else if (writeOneFile() && isDirty()) {
+    cacheMemoryDirtyWithResetTime(false);
   }
+}
+
+/// Writes what waits for one file. False if nothing waits or its folder cannot be made; it waits on then.
+bool SongFileInfoCache::writeOneFile() {
   std::lock_guard held(mDirtyDictsLock);
-  if (mDirtyDicts.isEmpty()) return;
-  const QString key = mDirtyDicts.keyBegin().base().key();
+  if (mDirtyDicts.isEmpty()) return false;
+  const QString key = mDirtyDicts.constBegin().key();
   const QString path = pathForKeyNumber(key.toUInt(nullptr, 16));
-  if (!createMissingDirectories(QFileInfo(path).path())) return;
+  if (!createMissingDirectories(QFileInfo(path).path())) return false;
   QString error;
   const Dictionary host = mDirtyDicts.take(key);
-  const QByteArray bytes = platform().propertyLists->write(host, SystemPropertyList::Format::Binary, &error);
+  const QByteArray bytes = platform().propertyLists->write(withDates(host, numberOfDate),
+                                                           SystemPropertyList::Format::Binary, &error);
   if (bytes.isEmpty() || !writeFileAtomically(path, bytes, false, &error)) {
     BMLog("writeSomeCacheToDisk couldn't serialize <%@ %p> to %@:\r\nerr:%@ Exception: %@",
           QStringLiteral("Dictionary"), host.identity(), path, error, QString());
   }
-  if (byTimer && !mDirtyDicts.isEmpty()) cacheMemoryDirtyWithResetTime(false);
+  return true;
 }
 
 void SongFileInfoCache::detach() {
-  // A folder that cannot be made would keep its entries waiting for ever.
-  for (qsizetype left = -1; left != mDirtyDicts.size() && isDirty();) {
-    left = mDirtyDicts.size();
-    writeSomeCacheToDisk(false);
+  while (writeOneFile()) {
   }
 }

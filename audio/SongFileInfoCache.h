@@ -14,8 +14,10 @@
 /// written one at a time by a short timer on the main thread. A failure costs only a miss.
 class SongFileInfoCache {
  public:
-  /// The one cache, in the user's cache folder, made at first use on the main thread.
+  /// The one cache, in the user's cache folder, made at first use. Any thread.
   static SongFileInfoCache &sharedCache();
+  /// The user's folder for what can be made anew.
+  static QString appCacheFolder();
   /// Forgets the one cache after writing it, for a fresh start.
   static void resetSharedCache();
   /// A cache below a folder.
@@ -40,12 +42,15 @@ class SongFileInfoCache {
  private:
   Dictionary hostDictionaryForPathKey(const QString &path, QString *key);
   void cacheMemoryDirtyWithResetTime(bool reset);
-  void writeSomeCacheToDisk(bool byTimer);
+  void writeSomeCacheToDisk();
+  bool writeOneFile();
 
   QString mCacheBasePath;
+  std::mutex mDirtyDictsLock;
+  // Guarded by the lock, with the dictionaries inside.
   QHash<QString, Dictionary> mMemoryCache;
   QHash<QString, Dictionary> mDirtyDicts;
-  std::recursive_mutex mDirtyDictsLock;
+  // Main thread only.
   MainLoop::TimerID mMemoryCacheWriteTimer = 0;
   double mLastDirtiedTime = 0;
   std::atomic<bool> mAllowDiskReads{true};

@@ -37,7 +37,9 @@ qint64 tagLength(const ByteView &front, qint64 fileSize) {
 /// Looks at a file block by block until it is known what it holds.
 class Sniffer {
  public:
-  Sniffer(const FileReader &reader, qint64 start) : file(reader), place(start) {}
+  /// Begins with the file's first block, which has been read already.
+  Sniffer(const FileReader &reader, const QByteArray &front)
+      : file(reader), place(tagLength(ByteView{front}, reader.size())), window(front) {}
 
   qint32 dataType() {
     constexpr qint64 kFarthest = 499999;
@@ -59,13 +61,12 @@ class Sniffer {
  private:
   static constexpr int kManyHits = 30, kFewHits = 9;
 
-  /// Several blocks are read at once; the first is mostly enough.
+  /// Several blocks are read at once: mostly these are enough.
   ByteView nextBlock() {
-    constexpr qint64 kAhead = 8 * kBlock;
+    constexpr qint64 kAhead = 4 * kBlock;
     if (place < windowStart || place + kBlock > windowStart + window.size()) {
-      const qint64 wanted = windowStart < 0 ? kBlock : kAhead;
       windowStart = place;
-      window = file.read(place, wanted);
+      window = file.read(place, kAhead);
     }
     return ByteView{window}.slice(place - windowStart, kBlock);
   }
@@ -90,7 +91,7 @@ class Sniffer {
 
   const FileReader &file;
   qint64 place;
-  qint64 windowStart = -1;
+  qint64 windowStart = 0;
   QByteArray window;
   int hits = 0;
   bool seesMoov = false, seesUdta = false, seesMdia = false;
@@ -122,11 +123,12 @@ bool SongFile::claimsToBeAIFF(const QString &path) {
 }
 
 qint32 SongFile::songDataTypeAtPath(const QString &path) {
+  return songDataTypeOfFile(FileReader(path), path);
+}
+
+qint32 SongFile::songDataTypeOfFile(const FileReader &file, const QString &path) {
   try {
-    const FileReader file(path);
-    if (file.size() < kBlock) return kUnknownData;
-    const QByteArray front = file.read(0, kTagHeader);
-    return Sniffer(file, tagLength(ByteView{front}, file.size())).dataType();
+    return file.size() < kBlock ? kUnknownData : Sniffer(file, file.read(0, kBlock)).dataType();
   } catch (const std::exception &problem) {
     BMLog("songDataTypeAtPath exception %@ for path: %@", QString::fromUtf8(problem.what()), path);
     return kUnknownData;

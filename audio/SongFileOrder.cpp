@@ -73,7 +73,10 @@ int SongFile::rawCompareGenre(SongFile &other) {
   return orderOfTexts(*this, other, &AudioInfoTag::genres);
 }
 int SongFile::rawCompareReadVersion(SongFile &other) {
-  return orderOfTexts(*this, other, &AudioInfoTag::readVersion);
+  const QString a = textOf(*this, &AudioInfoTag::readVersion);
+  const QString b = textOf(other, &AudioInfoTag::readVersion);
+  if (a.isNull() || b.isNull()) return order(a.isNull(), b.isNull());
+  return a.compare(b, Qt::CaseInsensitive);
 }
 
 int SongFile::rawCompareTrack(SongFile &other) {

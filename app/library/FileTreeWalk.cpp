@@ -49,6 +49,11 @@ EntryKind kindOf(const QByteArray &path, unsigned char listed) {
   return S_ISDIR(facts.st_mode) ? EntryKind::Folder : EntryKind::File;
 }
 
+bool leadsToFolder(const QString &link) {
+  struct stat facts = {};
+  return ::stat(QFile::encodeName(link).constData(), &facts) == 0 && S_ISDIR(facts.st_mode);
+}
+
 /// False for a name that is none in the file system's encoding: it leads nowhere.
 bool isText(const QString &name, const QByteArray &stored) {
   return !name.contains(QChar::ReplacementCharacter) || QFile::encodeName(name) == stored;
@@ -65,15 +70,17 @@ class Walk {
     for (const Entry &entry : entriesOf(bytes)) {
       const QString name = QFile::decodeName(entry.name);
       const QString path = folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+      // What is no longer than the base lies outside it: not listed, whatever it is, but still entered.
+      const bool isListed = path.size() > baseLength;
       EntryKind kind = EntryKind::Gone;
       if (isText(name, entry.name)) kind = kindOf(bytes + '/' + entry.name, entry.type);
       if (kind == EntryKind::Gone) {
         BMLog("!!! rfpid !exists: %@", path);
         continue;
       }
-      if (kind == EntryKind::Link) continue;
-      found.append(path.mid(baseLength + 1));
-      if (kind != EntryKind::Folder) continue;
+      if (kind == EntryKind::Link && (isListed || !leadsToFolder(path))) continue;
+      if (isListed) found.append(path.mid(baseLength + 1));
+      if (kind == EntryKind::File) continue;
       if (!enterPackages && platform().fileFacts->isPackage(path)) continue;
       visit(path, found);
       if (maxCount != 0 && quint64(found.size() - before) >= maxCount) return;

@@ -49,6 +49,12 @@ bool isAscii(QByteArrayView bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return quint8(byte) < 0x80; });
 }
 
+/// "00" to "15" for a hexadecimal digit in upper case; null for any other character.
+QString decimalOfDigit(QChar digit) {
+  const qsizetype number = QStringView(u"0123456789ABCDEF").indexOf(digit);
+  return number < 0 ? QString() : QStringLiteral("%1").arg(number, 2, 10, QChar(u'0'));
+}
+
 /// A place found, or the end.
 qsizetype endOr(qsizetype found, QByteArrayView bytes) {
   return found < 0 ? bytes.size() : found;
@@ -87,6 +93,17 @@ QString musicLibraryPath() {
 
 QString musicLibraryPersistentID() {
   return cache().persistentID;
+}
+
+QString pathToExternalArtForIDLocal(const QString &id, bool local) {
+  constexpr qsizetype kShortest = 10;
+  const QString library = musicLibraryPersistentID(), folder = musicLibraryPath();
+  if (id.size() < kShortest || library.isEmpty() || folder.isEmpty()) return {};
+  const auto fromEnd = [&id](qsizetype place) { return decimalOfDigit(id[id.size() - place]); };
+  return QStringList{
+      folder,     u"Album Artwork"_qs, local ? u"Local"_qs : u"Download"_qs, library, fromEnd(1),
+      fromEnd(2), fromEnd(3),          library + u'-' + id + u".itc"_qs}
+      .join(u'/');
 }
 
 QString validateXMLAtPath(const QString &path) {

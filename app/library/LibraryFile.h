@@ -22,6 +22,11 @@ QString musicLibraryPath();
 /// The "Library Persistent ID" of the library read last; empty before.
 QString musicLibraryPersistentID();
 
+/// Where the music application keeps the picture of a track, or of a database, by its hexadecimal ID: a
+/// `local` one or one that was fetched. Null for an ID of fewer than 10 characters, and before a library was
+/// read. The file need not exist.
+QString pathToExternalArtForIDLocal(const QString &id, bool local);
+
 /// What is wrong with a library file; empty if the system's parser accepts it.
 QString validateXMLAtPath(const QString &path);
 

@@ -18,8 +18,11 @@ QString textAt(const Dictionary &attributes, Key key) {
 }  // namespace
 
 std::unique_ptr<AACInfoTag> AACInfoTag::tagWithMP4File(const QString &path) {
+  return tagWithOpenMP4File(std::make_shared<FileReader>(path));
+}
+
+std::unique_ptr<AACInfoTag> AACInfoTag::tagWithOpenMP4File(const std::shared_ptr<FileReader> &file) {
   try {
-    const auto file = std::make_shared<FileReader>(path);
     if (!file->isOpen()) return {};
     const AtomPtr root = Atom::atomContainerFromFile(file);
     auto tag = std::make_unique<AACInfoTag>();
@@ -126,5 +129,8 @@ void AACInfoTag::gatherFileMetadataFromPath(const QString &path) {
 }
 
 bool AACInfoTag::modifySongFileAtPathError(const QString &path, QString *error) {
-  return MP4TagWriter(*this).modifySongFileAtPath(path, error);
+  QString text;
+  const bool written = MP4TagWriter(*this).modifySongFileAtPath(path, &text);
+  if (error && !text.isNull()) *error = text;
+  return written;
 }

@@ -3,6 +3,7 @@
 #include "audio/AudioInfoTag.h"
 
 class Atom;
+class FileReader;
 
 /// The tag of an MP4 audio file: the attributes of its "ilst" and its pictures.
 class AACInfoTag : public AudioInfoTag {
@@ -11,6 +12,8 @@ class AACInfoTag : public AudioInfoTag {
   /// The tag read from a file; null if the file's atoms cannot be read. A file without an "ilst" has an empty
   /// tag.
   static std::unique_ptr<AACInfoTag> tagWithMP4File(const QString &path);
+  /// The same from an open file; null for a closed one.
+  static std::unique_ptr<AACInfoTag> tagWithOpenMP4File(const std::shared_ptr<FileReader> &file);
 
   /// Attributes under "title", "artist", "album", "year", "lyrics", "track", "genre", "bpm" (texts) and
   /// "compilation" (boolean).

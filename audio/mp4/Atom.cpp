@@ -116,15 +116,13 @@ bool Atom::setSize(quint64 newSize) {
 }
 
 Atom *Atom::nextSibling() const {
-  if (!_parent) return nullptr;
-  const std::vector<AtomPtr> &row = _parent->_contents;
-  const auto own =
-      std::find_if(row.begin(), row.end(), [this](const AtomPtr &one) { return one.get() == this; });
-  return own == row.end() || own + 1 == row.end() ? nullptr : (own + 1)->get();
+  const bool isLast = !_parent || place + 1 >= _parent->_contents.size();
+  return isLast ? nullptr : _parent->_contents[place + 1].get();
 }
 
 Atom *Atom::append(AtomPtr child) {
   child->_parent = this;
+  child->place = _contents.size();
   _contents.push_back(std::move(child));
   return _contents.back().get();
 }
@@ -138,12 +136,10 @@ Atom *Atom::addSibling(AtomPtr atom) {
 
 bool Atom::removeFromContainer() {
   if (!_parent) return false;
-  std::vector<AtomPtr> &row = _parent->_contents;
-  const auto own =
-      std::find_if(row.begin(), row.end(), [this](const AtomPtr &one) { return one.get() == this; });
-  if (own == row.end()) return false;
   if (autoSizing()) resizeSiblingFreeBy(qint64(size()) + 8);
-  row.erase(own);
+  std::vector<AtomPtr> &row = _parent->_contents;
+  for (size_t behind = place + 1; behind < row.size(); ++behind) --row[behind]->place;
+  row.erase(row.begin() + qptrdiff(place));
   return true;
 }
 
@@ -180,11 +176,14 @@ void Atom::flattenInto(QByteArray &bytes) const {
   bytes.append(kHeader, '\0');
   if (container && _name == kMeta) bytes.append(4, '\0');
   for (const AtomPtr &child : _contents) child->flattenInto(bytes);
-  if (!container) {
-    bytes += data();
+  if (mFile) {
+    const auto length = qsizetype(fileLength);
+    bytes.resize(bytes.size() + length);
     // What could not be read must not be written back as if it were all.
-    if (quint64(bytes.size() - start) != size() + quint64(kHeader))
-      throw TagError("a part of the file cannot be read");
+    const qint64 read = mFile->readInto(qint64(fileStart), bytes.data() + bytes.size() - length, length);
+    if (read != length) throw TagError("a part of the file cannot be read");
+  } else if (!container) {
+    bytes += mData;
   }
   const auto total = quint64(bytes.size() - start);
   const bool isWide = total > std::numeric_limits<quint32>::max();

@@ -20,6 +20,9 @@ class Atom {
   static constexpr quint32 kFree = 0x66726565;
   /// Containers inside each other; a file that goes deeper is none.
   static constexpr int kDeepest = 64;
+  /// Atoms in one file: far more than any recorder writes, and few enough that a row of them never needs more
+  /// memory than the file has bytes and a megabyte.
+  static constexpr int kMost = 1 << 18;
 
   /// The tree of a whole file, without reading the audio. Throws TagError "bad size atom".
   static AtomPtr atomContainerFromFile(const std::shared_ptr<FileReader> &file);
@@ -85,7 +88,7 @@ class Atom {
  private:
   explicit Atom(quint32 name) : _name(name) {}
   void flattenInto(QByteArray &bytes) const;
-  Atom *makeFirstChild(const QString &element, bool asContainer);
+  Atom *makeFirstChild(quint32 name, bool asContainer);
 
   quint32 _name = 0;
   bool container = false;
@@ -95,4 +98,6 @@ class Atom {
   quint64 fileStart = 0;
   quint64 fileLength = 0;
   Atom *_parent = nullptr;
+  /// Which of its parent's children this is.
+  size_t place = 0;
 };

@@ -2,6 +2,7 @@
 #include <QSet>
 #include <QtEndian>
 
+#include "audio/MacRoman.h"
 #include "audio/TagError.h"
 #include "audio/mp4/Atom.h"
 #include "audio/mp4/AtomWalk.h"
@@ -21,23 +22,17 @@ QSet<quint32> readContainerNames() {
   return names;
 }
 
-/// The first four bytes of a path's element, as a name.
-quint32 nameOfElement(const QString &element) {
-  quint32 name = 0;
-  for (qsizetype i = 0; i < 4; ++i) name = name << 8 | (i < element.size() ? element[i].unicode() & 0xFF : 0);
-  return name;
-}
-
 /// Builds the tree of a range, level by level.
 class TreeBuilder {
  public:
-  explicit TreeBuilder(std::shared_ptr<FileReader> source) : file(std::move(source)) {}
+  explicit TreeBuilder(const std::shared_ptr<FileReader> &reader) : file(reader), source(*reader) {}
 
-  void fill(Atom &into, quint64 start, quint64 end, int depth) const {
+  void fill(Atom &into, quint64 start, quint64 end, int depth) {
     if (depth > Atom::kDeepest) throw TagError("bad size atom");
     for (quint64 offset = start; offset < end;) {
+      if (++count > Atom::kMost) throw TagError("bad size atom");
       quint32 name = 0;
-      const quint64 size = atomwalk::sizeOfAtomInAtOffsetName(*file, offset, &name);
+      const quint64 size = atomwalk::sizeOfAtomInAtOffsetName(source, offset, &name);
       Atom *child = into.append(Atom::atomWithName(name));
       if (Atom::isRecognizedContainer(name)) {
         if (size > end - offset) throw TagError("bad size atom");
@@ -53,7 +48,9 @@ class TreeBuilder {
   }
 
  private:
-  std::shared_ptr<FileReader> file;
+  const std::shared_ptr<FileReader> file;
+  atomwalk::Source source;
+  int count = 0;
 };
 
 }  // namespace
@@ -85,19 +82,22 @@ Atom *Atom::childAtAtomPathCreateIndexed(const QString &path, bool create, const
   const QStringList names = path.split(u':'), numbers = indexes.split(u':');
   qsizetype element = 0;
   qint64 count = 0;
+  quint32 wanted = macRomanCode(names.front());
   for (Atom *atom = this; atom;) {
     Atom *next = nullptr;
-    if (atom->nameString() == names[element] && ++count == numbers.value(element).toLongLong()) {
+    const bool isNamed = atom->_name == wanted && names[element].size() == 4;
+    if (isNamed && ++count == numbers.value(element).toLongLong()) {
       if (++element == names.size()) return atom;
+      wanted = macRomanCode(names[element]);
       const bool hasMore = element + 1 < names.size();
-      if (create && atom->container && atom->_contents.empty()) atom->makeFirstChild(names[element], hasMore);
+      if (create && atom->container && atom->_contents.empty()) atom->makeFirstChild(wanted, hasMore);
       next = atom->_contents.empty() ? nullptr : atom->_contents.front().get();
       count = 0;
     } else {
       next = atom->nextSibling();
     }
     if (!next && create) {
-      next = atom->addSibling(atomWithName(nameOfElement(names[element])));
+      next = atom->addSibling(atomWithName(wanted));
       if (next && element + 1 < names.size()) next->becomeContainer();
     }
     atom = next;
@@ -105,8 +105,8 @@ Atom *Atom::childAtAtomPathCreateIndexed(const QString &path, bool create, const
   return nullptr;
 }
 
-Atom *Atom::makeFirstChild(const QString &element, bool asContainer) {
-  Atom *child = append(atomWithName(nameOfElement(element)));
+Atom *Atom::makeFirstChild(quint32 name, bool asContainer) {
+  Atom *child = append(atomWithName(name));
   resizeSiblingFreeBy(-8);
   if (asContainer) child->becomeContainer();
   return child;

@@ -27,19 +27,33 @@ QByteArray Source::read(quint64 offset, quint64 count) const {
               : memory.sliced(qsizetype(offset), qsizetype(room)).toByteArray();
 }
 
+QByteArrayView Source::headerAt(quint64 offset) {
+  constexpr quint64 kWindow = 1024;
+  if (offset >= length()) return {};
+  const quint64 count = std::min(kWideHeader, length() - offset);
+  if (!file) return memory.sliced(qsizetype(offset), qsizetype(count));
+  const bool isInside = offset >= windowStart && offset + count <= windowStart + quint64(window.size());
+  if (!isInside) {
+    window = file->read(qint64(offset), qint64(kWindow));
+    windowStart = offset;
+  }
+  return QByteArrayView(window)
+      .sliced(qsizetype(offset - windowStart))
+      .first(std::min(qsizetype(count), window.size() - qsizetype(offset - windowStart)));
+}
+
 QString nameText(quint32 name) {
   const char bytes[] = {char(name >> 24), char(name >> 16), char(name >> 8), char(name)};
   return textOfMacRoman(QByteArrayView(bytes, 4));
 }
 
-quint64 sizeOfAtomInAtOffsetName(const Source &source, quint64 offset, quint32 *name) {
+quint64 sizeOfAtomInAtOffsetName(Source &source, quint64 offset, quint32 *name) {
   const quint64 length = source.length();
   if (source.isFile() && (length < kHeader || offset > length - kHeader)) {
     BMLog("sizeOfAtomIn: %qu + 8 > %qu", offset, length);
     throwBadSize();
   }
-  const QByteArray bytes = source.read(offset, kWideHeader);
-  const ByteView header{bytes};
+  const ByteView header{source.headerAt(offset)};
   const quint32 size = header.u32(0);
   if (name) *name = header.u32(4);
   // A file's last 16 bytes hold no wide header, a buffer's last 8.
@@ -56,17 +70,20 @@ quint64 sizeOfAtomInAtOffsetName(const Source &source, quint64 offset, quint32 *
   throwBadSize();
 }
 
-quint64 offsetToAtomInAtNamePathIndexed(const Source &source, const QString &path, const QString &indexes) {
+quint64 offsetToAtomInAtNamePathIndexed(Source source, const QString &path, const QString &indexes) {
   const QStringList names = path.split(u':'), numbers = indexes.split(u':');
   const quint64 length = source.length();
+  quint32 wanted = macRomanCode(names.front());
   qsizetype element = 0;
   qint64 count = 0;
   quint64 offset = 0;
   while (length > kHeader && offset < length - kHeader) {
     quint32 name = 0;
     const quint64 size = sizeOfAtomInAtOffsetName(source, offset, &name);
-    if (nameText(name) == names[element] && ++count == numbers.value(element).toLongLong()) {
+    const bool isNamed = name == wanted && names[element].size() == 4;
+    if (isNamed && ++count == numbers.value(element).toLongLong()) {
       if (++element == names.size()) return offset;
+      wanted = macRomanCode(names[element]);
       count = 0;
       offset += kHeader;
     } else {
@@ -77,7 +94,7 @@ quint64 offsetToAtomInAtNamePathIndexed(const Source &source, const QString &pat
   return kNotFoundOffset;
 }
 
-QByteArray atomDataInAtNamePathIndexed(const Source &source, const QString &path, const QString &indexes) {
+QByteArray atomDataInAtNamePathIndexed(Source source, const QString &path, const QString &indexes) {
   const quint64 offset = offsetToAtomInAtNamePathIndexed(source, path, indexes);
   if (offset == kNotFoundOffset) return {};
   const quint64 size = sizeOfAtomInAtOffsetName(source, offset, nullptr);

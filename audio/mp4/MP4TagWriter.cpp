@@ -5,7 +5,7 @@
 #include "audio/FileRewriter.h"
 #include "audio/TagError.h"
 #include "audio/mp4/Atom.h"
-#include "audio/mp4/AtomWalk.h"
+#include "audio/mp4/MP4Layout.h"
 #include "platform/Platform.h"
 #include "values/Keys.h"
 
@@ -20,30 +20,6 @@ quint16 lowBits(const QString &text) {
   return quint16(Value(text).toInteger());
 }
 
-/// Where an atom is in a file, with the sizes of those around it: what must be equal for nothing behind it to
-/// have moved.
-struct Layout {
-  quint64 metaOffset = 0, metaSize = 0;
-  quint64 moovSize = 0, udtaSize = 0, length = 0;
-
-  explicit Layout(const atomwalk::Source &source) : length(source.length()) {
-    quint64 ignored = 0;
-    find(source, QStringLiteral("moov"), QStringLiteral("1"), &ignored, &moovSize);
-    find(source, QStringLiteral("moov:udta"), QStringLiteral("1:1"), &ignored, &udtaSize);
-    find(source, QStringLiteral("moov:udta:meta"), QStringLiteral("1:1:1"), &metaOffset, &metaSize);
-  }
-  bool operator==(const Layout &) const = default;
-
- private:
-  static void find(const atomwalk::Source &source, const QString &path, const QString &indexes,
-                   quint64 *offset, quint64 *size) {
-    *offset = atomwalk::offsetToAtomInAtNamePathIndexed(source, path, indexes);
-    if (*offset != atomwalk::kNotFoundOffset) {
-      *size = atomwalk::sizeOfAtomInAtOffsetName(source, *offset, nullptr);
-    }
-  }
-};
-
 }  // namespace
 
 bool MP4TagWriter::modifySongFileAtPath(const QString &path, QString *error) {
@@ -53,6 +29,8 @@ bool MP4TagWriter::modifySongFileAtPath(const QString &path, QString *error) {
     if (!original->isOpen() || !file.open(path)) return false;
     Atom::setAutoSizing(true);
     const AtomPtr root = Atom::atomContainerFromFile(original);
+    // Atoms that overlap would be written more than once, and move the audio behind them.
+    if (root->size() > quint64(original->size())) throw TagError("bad size atom");
     Atom *meta = root->childAtAtomPathCreate(QStringLiteral("FILE:moov:udta:meta"));
     Atom *list = meta ? meta->childAtAtomPathCreate(QStringLiteral("meta:ilst")) : nullptr;
     bool written = false;
@@ -83,12 +61,10 @@ bool MP4TagWriter::writeImage(const FileReader &original, FileRewriter &file, QB
     *error = QStringLiteral("cannot set modification date");
     return false;
   }
-  const Layout before(original), after{QByteArrayView(image)};
+  const MP4Layout before(original), after{QByteArrayView(image)};
   QString failure;
-  if (before == after) {
-    const quint64 end = after.metaOffset == atomwalk::kNotFoundOffset ? 0 : after.metaOffset + after.metaSize;
-    failure = file.writeFront(
-        QByteArrayView(image).first(qsizetype(std::min<quint64>(end, quint64(image.size())))));
+  if (before == after && after.endOfMeta() && *after.endOfMeta() <= quint64(image.size())) {
+    failure = file.writeFront(QByteArrayView(image).first(qsizetype(*after.endOfMeta())));
   } else if (!adjustChunkOffsetsInAtomDataOriginalFile(image, original)) {
     *error = QStringLiteral("cannot update chunk offsets");
     return false;

@@ -18,8 +18,7 @@ bool isID3v2Header(ByteView head) {
 
 }  // namespace
 
-void ID3Reader::readFile(const QString &path) {
-  FileReader file(path);
+void ID3Reader::readFile(const FileReader &file, const QString &path) {
   if (!file.isOpen()) throw TagError("nil filehandle");
   if (file.size() < kBlock) {
     noteProblem();

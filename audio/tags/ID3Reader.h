@@ -14,7 +14,7 @@ class ID3Reader {
 
   /// Finds the tags of a file and reads the one of version 2, else the block of version 1. Reads the tag in
   /// one piece and nothing of the audio.
-  void readFile(const QString &path);
+  void readFile(const FileReader &file, const QString &path);
   /// Reads a whole version 2 tag, header included; nothing for no bytes.
   void getAttributesFromID3v2(QByteArrayView data);
   /// Reads a block of 128 bytes. Fills only what is not there yet.

@@ -68,6 +68,15 @@ void MP3Header::releaseAttributes() {
 }
 
 bool MP3Header::openFileWithTag(const QString &path, qint32 tagLength) {
+  try {
+    return lookBehindTag(path, tagLength);
+  } catch (const std::exception &problem) {
+    BMLog("*** MP3Header openFile:withTag: %@", QString::fromUtf8(problem.what()));
+    return false;
+  }
+}
+
+bool MP3Header::lookBehindTag(const QString &path, qint32 tagLength) {
   releaseAttributes();
   startFrame = bufferOffsetInFile = tagLength;
   const FileReader file(path);
@@ -79,24 +88,9 @@ bool MP3Header::openFileWithTag(const QString &path, qint32 tagLength) {
   // Offsets are of 32 bits: audio that begins beyond them is not looked for.
   constexpr qint64 kFarthest = std::numeric_limits<qint32>::max() - 4 * kBlock;
   if (tagLength < 0 || tagLength > kFarthest || file.size() < tagLength + kSmallestAudio) return false;
-  buffer = file.read(tagLength, kBlock);
-  if (buffer.isEmpty()) {
-    BMLog("MP3 header: (1) could not read %@", path);
+  if (!findHeaderIn(file, path)) {
+    buffer = {};
     return false;
-  }
-  if (!findHeader()) {
-    startFrame += qint32(kBlock - 1);
-    bufferOffsetInFile += qint32(kBlock - 1);
-    buffer = file.read(bufferOffsetInFile, kBlock);
-    if (buffer.isEmpty()) {
-      BMLog("MP3 header: (2) could not read %@", path);
-      return false;
-    }
-    if (!findHeader()) {
-      BMLog("MP3 header: invalid MPEG header %@", path);
-      buffer = {};
-      return false;
-    }
   }
   decodeHeader();
   constexpr qint32 kLateInBuffer = 2049;
@@ -105,6 +99,22 @@ bool MP3Header::openFileWithTag(const QString &path, qint32 tagLength) {
     bufferOffsetInFile = startFrame;
   }
   return true;
+}
+
+bool MP3Header::findHeaderIn(const FileReader &file, const QString &path) {
+  for (const int attempt : {1, 2}) {
+    buffer = file.read(bufferOffsetInFile, kBlock);
+    if (buffer.isEmpty()) {
+      BMLog("MP3 header: (%d) could not read %@", attempt, path);
+      return false;
+    }
+    if (findHeader()) return true;
+    if (attempt == 2) break;
+    startFrame += qint32(kBlock - 1);
+    bufferOffsetInFile += qint32(kBlock - 1);
+  }
+  BMLog("MP3 header: invalid MPEG header %@", path);
+  return false;
 }
 
 bool MP3Header::findHeader() {

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+class FileReader;
+
 /// The first believable MPEG audio frame behind a file's tag, and what its header says of the audio. At most
 /// three reads of 8192 bytes, whatever the file's size. One thread. Bit rates are from ISO/IEC
 /// 11172-3, 2.4.2.3 and 13818-3, 2.4.2.3.
@@ -41,6 +43,8 @@ class MP3Header {
   QByteArray getHash();
 
  private:
+  bool lookBehindTag(const QString &path, qint32 tagLength);
+  bool findHeaderIn(const FileReader &file, const QString &path);
   bool findHeader();
   bool decodeHeader();
   void readXingHeader(qint64 frame);

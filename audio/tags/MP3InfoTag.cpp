@@ -1,5 +1,6 @@
 #include "audio/tags/MP3InfoTag.h"
 
+#include "audio/FileReader.h"
 #include "audio/tags/FrameIDs.h"
 #include "audio/tags/ID3Reader.h"
 #include "audio/tags/MP3Header.h"
@@ -7,9 +8,13 @@
 #include "values/Keys.h"
 
 std::unique_ptr<MP3InfoTag> MP3InfoTag::tagWithMPEGFile(const QString &path) {
+  return tagWithOpenMPEGFile(FileReader(path), path);
+}
+
+std::unique_ptr<MP3InfoTag> MP3InfoTag::tagWithOpenMPEGFile(const FileReader &file, const QString &path) {
   try {
     auto tag = std::make_unique<MP3InfoTag>();
-    ID3Reader(*tag).readFile(path);
+    ID3Reader(*tag).readFile(file, path);
     return tag;
   } catch (const std::exception &) {  // a file whose tag cannot be read has none
     return {};

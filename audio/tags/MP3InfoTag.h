@@ -21,6 +21,8 @@ struct FileRange {
   quint64 length = 0;
 };
 
+class FileReader;
+
 /// The tag of an MPEG audio file: all its frames in their order, known or not, so that they can be written
 /// back. The pseudo id "[image]" stands for every picture.
 class MP3InfoTag : public AudioInfoTag {
@@ -33,6 +35,8 @@ class MP3InfoTag : public AudioInfoTag {
   MP3InfoTag() = default;
   /// The tag read from a file; null if the file or its tag cannot be read.
   static std::unique_ptr<MP3InfoTag> tagWithMPEGFile(const QString &path);
+  /// The same from an open file; the path is for the log.
+  static std::unique_ptr<MP3InfoTag> tagWithOpenMPEGFile(const FileReader &file, const QString &path);
 
   const std::vector<Frame> &frames() const { return mFrames; }
   FileRange id3v1Range() const { return _id3v1Range; }
