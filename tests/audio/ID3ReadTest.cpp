@@ -219,3 +219,17 @@ TEST_F(ID3Reading, EditsGoToTheIdsOfTheVersionThatWasRead) {
   young->addObjectForFrameID(ID3ImagePtr(), "X");
   EXPECT_TRUE(logContains(u"addObject with nil param!"_qs));
 }
+
+TEST_F(ID3Reading, TheAudioBehindTheTagTellsItsFacts) {
+  // MPEG 1, layer 3, 128 kbit/s, 44,100 Hz.
+  const QByteArray frames = (bytes("\xFF\xFB\x90\x00") + QByteArray(413, '\0')).repeated(100);
+  const QString path = file(tag(3, frame23("TIT2", bytes("\0A"))) + frames);
+  const TagPtr told = MP3InfoTag::tagWithMPEGFile(path);
+  told->gatherFileMetadataFromPath(path);
+  EXPECT_EQ(told->bitrate(), 128);
+  EXPECT_EQ(told->samplerate(), 44100);
+  EXPECT_EQ(told->formattedDuration(), u"0:02"_qs);
+  const TagPtr brief = read(tag(3, frame23("TIT2", bytes("\0A"))));
+  brief->gatherFileMetadataFromPath(path.chopped(1));
+  EXPECT_EQ(brief->bitrate(), -1) << "too little audio to tell";
+}
