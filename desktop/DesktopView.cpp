@@ -61,9 +61,13 @@ WindowActions DesktopView::makeActions() {
   actions.resetToDefaults = [this] { application->controller().prefsController().resetToDefaults(true); };
   actions.showAbout = [this] { showAbout(); };
   actions.showLog = [] { QDesktopServices::openUrl(QUrl::fromLocalFile(logFilePath())); };
-  actions.automark = [this] { application->automark().doAutomark(); };
-  actions.unmark = [this] { application->automark().doUnmark(); };
-  actions.notDuplicates = [this] { application->duplicateGroups().ignoreSelectedDuplicates(); };
+  // The preferences window can be used while a scan adds rows.
+  const auto unlessBusy = [this](std::function<void()> run) {
+    return [this, run = std::move(run)] { hasSheet() ? beep() : run(); };
+  };
+  actions.automark = unlessBusy([this] { application->automark().doAutomark(); });
+  actions.unmark = unlessBusy([this] { application->automark().doUnmark(); });
+  actions.notDuplicates = unlessBusy([this] { application->duplicateGroups().ignoreSelectedDuplicates(); });
   actions.updatePriorities = [this] { application->controller().prefsController().updatePriorities(); };
   actions.storePriorities = [this](const QStringList &priorities) {
     application->controller().prefsController().infoPriorityChanged(priorities);

@@ -29,6 +29,13 @@ TEST_F(ScanWindow, ShowsTheGroupsOfTheUsersLibrary) {
   const auto stripe = [this](int row) {
     return table().rows().index(row, 0).data(ProblemTableModel::kStripeRole).toBool();
   };
+  for (const int first : {0, 2, 4}) {
+    const auto marked = [&](int row, int column) {
+      return table().rows().index(row, column).data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    };
+    EXPECT_NE(marked(first, 0), marked(first + 1, 0)) << "one row for the information";
+    EXPECT_NE(marked(first, 1), marked(first + 1, 1)) << "one row for the audio";
+  }
   EXPECT_EQ(stripe(0), stripe(1));
   EXPECT_NE(stripe(1), stripe(2));
   EXPECT_FALSE(progressSheet());
@@ -60,6 +67,11 @@ TEST_F(ScanWindow, CancelEndsTheScanAndKeepsWhatWasFound) {
   EXPECT_TRUE(view.hasSheet());
   EXPECT_EQ(find<QLabel>(progressSheet(), u"progressSubText"_qs)->text(), u"8 duplicates"_qs);
   picture(progressSheet(), u"sheet-progress"_qs);
+  auto *note = find<QWidget>(view.preferencesWindow(), u"Prefs-AutomarkChanged"_qs);
+  note->findChild<QPushButton *>()->click();
+  EXPECT_TRUE(table().rows().row(0).value(keys::markAudio).isNull() &&
+              table().rows().row(1).value(keys::markAudio).isNull())
+      << "the scan works on these rows";
   QTest::mouseClick(find<QPushButton>(progressSheet(), u"progressCancel"_qs), Qt::LeftButton);
   EXPECT_TRUE(runUntil([this] { return state().mHaveScannedLibraryForProblems; }));
   settle();
