@@ -19,7 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *bytes, size_t size) {
   require(block.text.isNull() || !block.text.isEmpty());
   qint64 used = length;
   const QString text = id3text::id3v23StringInAtOffsetEncodingMaxLength(data, start, bytes[0] % 6, used);
-  require(used <= length + 2);
+  // A last unit half outside, and the end behind it.
+  require(used <= length + 3);
   require(text.isNull() || used > 0);
   require(id3text::bigEndianUnicodeData(text).size() == 2 + 2 * text.size());
   return 0;
