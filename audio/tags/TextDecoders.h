@@ -24,8 +24,8 @@ QString id3v22StringInAtOffsetEncodingMaxLength(QByteArrayView data, qint64 offs
                                                 qint64 maxLength);
 
 /// One text of a version 2.3 or 2.4 frame; null if it is empty. Encodings: 0 ISO Latin-1, 1 and 2 UTF-16, 3
-/// UTF-8. `maxLength` becomes the number of bytes used, the text's end included, which can be up to three more
-/// than it was; it stays for an encoding above 3 and for an offset outside.
+/// UTF-8. `maxLength` becomes the number of bytes used, the text's end included, which can be up to three
+/// more than it was; it stays for an encoding above 3 and for an offset outside.
 ///
 /// UTF-16 is read up to the last unit of `data`, which is left out: it is taken for a zero unit.
 QString id3v23StringInAtOffsetEncodingMaxLength(QByteArrayView data, qint64 offset, qint32 encoding,
