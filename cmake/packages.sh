@@ -5,10 +5,10 @@ build_packages=(
   cmake ninja-build g++ pkg-config
   qt6-base-dev libgl1-mesa-dev
   libplist-dev libzip-dev zlib1g-dev libicu-dev
-  libgtest-dev libbenchmark-dev
+  libgtest-dev libbenchmark-dev libtag1-dev
   fonts-dejavu-core
 )
-# Only the tests need this: an independent player for the demo library's files.
+# Only the tests need this: an independent player, for the demo library's files and for tags.
 test_packages=(ffmpeg)
 # Only a desktop without X needs this.
 wayland_packages=(qt6-wayland)

@@ -13,41 +13,48 @@ namespace {
 
 constexpr quint32 kData = 0x64617461;
 
-/// The start of an item's value, if it is a text.
-QString textOf(const Atom &atom, const FileReader &file) {
-  constexpr qint64 kHeader = 8, kEnough = 256;
-  if (atom.name() != kData || atom.isContainer()) return {};
-  const QByteArray bytes =
-      file.read(qint64(atom.fileDataStart()), std::min(qint64(atom.fileDataLength()), kHeader + kEnough));
-  const ByteView payload{QByteArrayView(bytes)};
-  if (payload.size() <= kHeader || payload.u24(1) != 1) return {};
-  return QStringLiteral("  \"%1\"")
-      .arg(tagfacts::shortened(QString::fromUtf8(payload.from(kHeader).bytes())));
-}
+/// Prints the atoms of a file: where each header is, how many bytes it takes with what follows, its name.
+class AtomPrinter {
+ public:
+  AtomPrinter(const FileReader &reader, Terminal &printedOn)
+      : file(reader), source(reader), terminal(printedOn) {}
 
-/// One line for each atom: where its header is, how many bytes it takes with it, its name.
-void printAtoms(const Atom &container, const FileReader &file, quint64 offset, int depth,
-                Terminal &terminal) {
-  for (const AtomPtr &atom : container.contents()) {
-    const quint64 size = atomwalk::sizeOfAtomInAtOffsetName(file, offset, nullptr);
-    terminal.print(QStringLiteral("%1 %2  ").arg(offset, 10).arg(size, 10) +
-                   QStringLiteral("  ").repeated(depth) + printable(atom->nameString()) +
-                   textOf(*atom, file));
-    const quint64 header = atom->name() == Atom::kMeta ? 12 : 8;
-    if (atom->isContainer()) printAtoms(*atom, file, offset + header, depth + 1, terminal);
-    offset += size;
+  void print(const Atom &container, quint64 offset, int depth) {
+    for (const AtomPtr &atom : container.contents()) {
+      const quint64 size = atomwalk::sizeOfAtomInAtOffsetName(source, offset, nullptr);
+      terminal.print(QStringLiteral("%1 %2  ").arg(offset, 10).arg(size, 10) +
+                     QStringLiteral("  ").repeated(depth) + printable(atom->nameString()) + textOf(*atom));
+      const quint64 header = atom->name() == Atom::kMeta ? 12 : 8;
+      if (atom->isContainer()) print(*atom, offset + header, depth + 1);
+      offset += size;
+    }
   }
-}
+
+ private:
+  /// The start of an item's value, if it is a text.
+  QString textOf(const Atom &atom) const {
+    constexpr qint64 kHeader = 8, kEnough = 256;
+    if (atom.name() != kData || atom.isContainer()) return {};
+    const QByteArray bytes =
+        file.read(qint64(atom.fileDataStart()), std::min(qint64(atom.fileDataLength()), kHeader + kEnough));
+    const ByteView payload{QByteArrayView(bytes)};
+    if (payload.size() <= kHeader || payload.u24(1) != 1) return {};
+    const QString text = QString::fromUtf8(payload.from(kHeader).bytes());
+    return QStringLiteral("  \"%1\"").arg(tagfacts::shortened(text));
+  }
+
+  const FileReader &file;
+  atomwalk::Source source;
+  Terminal &terminal;
+};
 
 /// Null, or why the atoms cannot be told.
 QString printAtoms(const QString &path, Terminal &terminal) {
   try {
     const auto file = std::make_shared<FileReader>(path);
     const AtomPtr root = Atom::atomContainerFromFile(file);
-    terminal.print(
-        QStringLiteral("%1 %2  ").arg(QStringLiteral("offset"), 10).arg(QStringLiteral("bytes"), 10) +
-        QStringLiteral("atom"));
-    printAtoms(*root, *file, 0, 0, terminal);
+    terminal.print(QStringLiteral("    offset      bytes  atom"));
+    AtomPrinter(*file, terminal).print(*root, 0, 0);
     return {};
   } catch (const std::exception &problem) {
     return QString::fromUtf8(problem.what());
