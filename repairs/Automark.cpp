@@ -22,10 +22,6 @@ void unmark(const Dictionary &row) {
   if (std::any_of(row.begin(), row.end(), isMark)) row.removeIf(isMark);
 }
 
-qint64 groupNumber(const Array &rows, qsizetype place) {
-  return rows.at(place).toDictionary().value(keys::DupeGroup).toInteger();
-}
-
 std::optional<qint64> sizeOnDisk(const QString &path) {
   return platform().fileFacts->fileSize(path);
 }
@@ -54,8 +50,9 @@ void Automark::doAutomarkFromPreferences() {
   state.commands->noteAppliedAutomarkValues();
   if (!kinds) kinds.emplace(PrefsController::resources().value(keys::kinds).toDictionary());
   const AutomarkRules rules = AutomarkRules::fromPreferences();
-  doUnmark();
-  markGroups(rules, groups.selectedDupeGroupsExpand(false));
+  const std::optional<QSet<qint64>> wanted = groups.selectedDupeGroupsExpand(false);
+  if (wanted) doUnmark();
+  markGroups(rules, wanted);
   const float seconds = float(platform().clock->now().seconds - start.seconds);
   if (seconds > 1.0F) {
     BMLog("[!] automark took %.2f secs for %d items", double(seconds),
@@ -69,23 +66,39 @@ void Automark::markGroups(const AutomarkRules &rules, const std::optional<QSet<q
   MarkChooser chooser(rules, *kinds, fileSize);
   choices.clear();
   const Array &rows = state.lists.mDuplicateSongDicts;
-  std::vector<Dictionary> group;
-  qint64 nextNumber = groupNumber(rows, 0);
-  for (qsizetype next = 0; next < rows.size();) {
-    Choice choice;
-    choice.firstRow = next;
-    const qint64 number = nextNumber;
-    group.clear();
-    do {
-      group.push_back(rows.at(next++).toDictionary());
-      nextNumber = groupNumber(rows, next);
-    } while (next < rows.size() && nextNumber == number);
-    if (wanted && !wanted->contains(number)) continue;
-    choice.rowCount = next - choice.firstRow;
-    choice.marks = chooser.choose(group);
-    group[size_t(choice.marks.infoRow)].set(keys::markInfo, true);
-    group[size_t(choice.marks.audioRow)].set(keys::markAudio, true);
-    choices.push_back(choice);
+  std::vector<AutomarkRow> group;
+  for (qsizetype next = 0; next < rows.size(); next += qsizetype(group.size())) {
+    gatherGroup(next, group);
+    if (wanted && !wanted->contains(group.front().group())) continue;
+    choices.push_back({next, qsizetype(group.size()), chooser.choose(group)});
+    // Without a selection no old mark may stay; with one they are gone already where they have to.
+    setMarks(choices.back(), group, !wanted);
+  }
+}
+
+// Each row is read once: a row that has left the nearest memory costs more than all that is asked of it.
+void Automark::gatherGroup(qsizetype first, std::vector<AutomarkRow> &group) const {
+  const Array &rows = state.lists.mDuplicateSongDicts;
+  group.clear();
+  for (qsizetype place = first; place < rows.size(); ++place) {
+    group.emplace_back(rows.at(place).toDictionary());
+    if (group.back().group() == group.front().group()) continue;
+    group.pop_back();
+    return;
+  }
+}
+
+void Automark::setMarks(const Choice &choice, const std::vector<AutomarkRow> &group, bool clearsOthers) {
+  const Array &rows = state.lists.mDuplicateSongDicts;
+  for (qsizetype place = 0; place < choice.rowCount; ++place) {
+    const AutomarkRow &gathered = group[size_t(place)];
+    const bool isInfo = place == choice.marks.infoRow, isAudio = place == choice.marks.audioRow;
+    const bool hadInfo = gathered.isMarkedInfo(), hadAudio = gathered.isMarkedAudio();
+    const Dictionary &row = rows.at(choice.firstRow + place).toDictionary();
+    if (isInfo) row.set(keys::markInfo, true);
+    if (isAudio) row.set(keys::markAudio, true);
+    if (clearsOthers && hadInfo && !isInfo) row.remove(keys::markInfo);
+    if (clearsOthers && hadAudio && !isAudio) row.remove(keys::markAudio);
   }
 }
 

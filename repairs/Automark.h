@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "repairs/AutomarkRow.h"
 #include "repairs/AutomarkRules.h"
 
 struct AppState;
@@ -37,6 +38,10 @@ class Automark {
  private:
   /// `wanted`: the numbers of the groups to mark, all without it.
   void markGroups(const AutomarkRules &rules, const std::optional<QSet<qint64>> &wanted);
+  /// The group that begins at a row.
+  void gatherGroup(qsizetype first, std::vector<AutomarkRow> &group) const;
+  /// `clearsOthers`: takes the marks from the group's other rows.
+  void setMarks(const Choice &choice, const std::vector<AutomarkRow> &group, bool clearsOthers);
   void showMarks();
 
   AppState &state;

@@ -31,10 +31,11 @@ class AutomarkRow::FieldTable {
  public:
   FieldTable() {
     const std::array<Key, kFieldCount> fields = {
-        keys::Name,    keys::Artist,      keys::Album,        keys::AlbumArtist, keys::Composer,
-        keys::Genre,   keys::TrackNumber, keys::TrackCount,   keys::Year,        keys::BPM,
-        keys::Rating,  keys::AlbumRating, keys::ArtworkCount, keys::PlayCount,   keys::PlayDate,
-        keys::BitRate, keys::TotalTime,   keys::DateAdded,    keys::Kind,        keys::Path};
+        keys::Name,      keys::Artist,      keys::Album,        keys::AlbumArtist, keys::Composer,
+        keys::Genre,     keys::TrackNumber, keys::TrackCount,   keys::Year,        keys::BPM,
+        keys::Rating,    keys::AlbumRating, keys::ArtworkCount, keys::PlayCount,   keys::PlayDate,
+        keys::BitRate,   keys::TotalTime,   keys::DateAdded,    keys::Kind,        keys::Path,
+        keys::DupeGroup, keys::markInfo,    keys::markAudio};
     for (quint8 field = 0; field < kFieldCount; ++field) {
       size_t slot = fields[field].hash() % slots_.size();
       while (!slots_[slot].key.isAbsent()) slot = (slot + 1) % slots_.size();

@@ -17,6 +17,10 @@ class AutomarkRow {
   /// disk are asked. `fileKind` counts for quality alone.
   qint32 audioScore(qint32 criterion, qint32 wantedBitRate, qint32 fileKind) const;
 
+  /// The number of the row's group.
+  qint64 group() const { return values[DupeGroup]->toInteger(); }
+  bool isMarkedInfo() const { return !values[MarkInfo]->isNull(); }
+  bool isMarkedAudio() const { return !values[MarkAudio]->isNull(); }
   const QString &kind() const { return text(Kind); }
   const QString &path() const { return text(Path); }
 
@@ -43,6 +47,9 @@ class AutomarkRow {
     DateAdded,
     Kind,
     Path,
+    DupeGroup,
+    MarkInfo,
+    MarkAudio,
     kFieldCount
   };
   static constexpr int kFirstNumber = TrackNumber;

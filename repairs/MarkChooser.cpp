@@ -19,12 +19,18 @@ bool isPreferred(qint32 kind, qint32 preferredKind) {
 }  // namespace
 
 GroupMarks MarkChooser::choose(std::span<const Dictionary> group) {
+  std::vector<AutomarkRow> gathered;
+  for (const Dictionary &row : group) gathered.emplace_back(row);
+  return choose(gathered);
+}
+
+GroupMarks MarkChooser::choose(std::vector<AutomarkRow> &group) {
   GroupMarks marks;
   if (group.empty()) return marks;
-  rows.clear();
-  for (const Dictionary &row : group) rows.emplace_back(row);
+  rows.swap(group);
   chooseInfoRow(marks);
   chooseAudioRow(marks);
+  rows.swap(group);
   return marks;
 }
 

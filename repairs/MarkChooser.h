@@ -15,6 +15,8 @@ class MarkChooser {
 
   /// The two rows of a group of at least one row.
   GroupMarks choose(std::span<const Dictionary> group);
+  /// The same for rows that are gathered already.
+  GroupMarks choose(std::vector<AutomarkRow> &group);
 
  private:
   void chooseInfoRow(GroupMarks &marks);
