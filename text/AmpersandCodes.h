@@ -12,7 +12,7 @@ struct AmpersandCode {
 };
 
 /// The character entity that begins at `index`: "&name", "&#decimal" or "&#xhexadecimal", with or without a
-/// semicolon. Decimal codes 128 to 159 mean the Windows-1252 characters of those bytes. No entity gives code
+/// semicolon. Numbers from 128 to 159 mean the Windows-1252 characters of those bytes. No entity gives code
 /// 0.
 AmpersandCode ampersandCodeEquivalentAtIndexCodeLength(QStringView text, qsizetype index);
 

@@ -1,5 +1,6 @@
 #include "platform/qt/QtWorkspace.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -23,7 +24,7 @@ QString QtWorkspace::standardTrash() {
   return {};
 #else
   const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-  return data.isEmpty() ? QString() : data + u"/Trash"_qs;
+  return data.isEmpty() ? QString() : QDir::cleanPath(data + u"/Trash"_qs);
 #endif
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/qt/QtFileFacts.h"
 #include "platform/qt/QtImages.h"
+#include "platform/qt/QtWorkspace.h"
 #include "tests/fixtures/RecordingWorkspace.h"
 #include "tests/fixtures/TestPlatform.h"
 
@@ -49,4 +50,14 @@ TEST_F(DesktopAdapters, OnlyAProgramHasADisplayName) {
   QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner);
   EXPECT_EQ(workspace->displayNameOfApplication(path), u"music-player"_qs);
   EXPECT_FALSE(workspace->systemDescription().isEmpty());
+}
+
+TEST_F(DesktopAdapters, TheHomeTrashHasOneSpelling) {
+  const QByteArray before = qgetenv("XDG_DATA_HOME");
+  const bool wasSet = qEnvironmentVariableIsSet("XDG_DATA_HOME");
+  for (const char *data : {"/a/data", "/a/data/", "/a//b/../data//"}) {
+    qputenv("XDG_DATA_HOME", data);
+    EXPECT_EQ(QtWorkspace::standardTrash(), u"/a/data/Trash"_qs) << data;
+  }
+  wasSet ? qputenv("XDG_DATA_HOME", before) : qunsetenv("XDG_DATA_HOME");
 }

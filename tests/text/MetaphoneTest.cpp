@@ -54,7 +54,23 @@ TEST_F(Metaphone, AWordHasTheKeyOfItsSound) {
       {u"ahs", u"as"},
       {u"AC/DC", u"ak/tk"},
       {u"a c d c", u"aktk"},
-      {u"agh\u0001", u"ak\u0001"}};
+      {u"agh\u0001", u"ak\u0001"},
+      // Letters and their neighbours that the words above do not have.
+      {u"pneu", u"ne"},
+      {u"rocket", u"rkt"},
+      {u"queen", u"kn"},
+      {u"jazz", u"js"},
+      {u"bomber", u"bmbr"},
+      {u"vision", u"fxn"},
+      {u"martian", u"mrxn"},
+      {u"edgy", u"ejy"},
+      {u"adg", u"atk"},
+      {u"cygy", u"syjy"},
+      {u"ship", u"xp"},
+      {u"ghost", u"kst"},
+      {u"ahy", u"ahy"},
+      {u"yhs", u"ys"},
+      {u"wye", u"wy"}};
   for (const auto &[word, key] : cases)
     EXPECT_EQ(metaphoneWord(QString::fromUtf16(word)), QString::fromUtf16(key))
         << QString::fromUtf16(word).toStdString();

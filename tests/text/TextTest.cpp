@@ -19,6 +19,10 @@ TEST(AmpersandCodes, OnlyEntitiesAreDecoded) {
                {u"&#65;&#x41;&#X41", u"AAA"},
                {u"&#0;&#xFFFFF;&#;&#x;", u"&#0;&#xFFFFF;&#;&#x;"},
                {u"&#150;&#x81;", u"\u2013\u0081"},
+               {u"&#127;&#x80;&#X9F;&#160;", u"\u007F\u20AC\u0178\u00A0"},
+               {u"&#65535;&#65536;&#99999999", u"\uFFFF&#65536;&#99999999"},
+               {u"&ampfoo;&Amp;&#", u"&ampfoo;&Amp;&#"},
+               {u"&#x", u"&#x"},
                {u"&#000000065;",
                 u"\x0006"
                 u"5;"},
