@@ -9,10 +9,23 @@
 #include "ctl/RowText.h"
 #include "ctl/Terminal.h"
 
-TagFacts::TagFacts(const QString &file) : mPath(file), sniffed(SongFile::songDataTypeAtPath(file)) {
-  song = SongFile::songWithPath(file);
-  if (!song) own = AudioInfoTag::tagWithPath(file);
+TagFacts::TagFacts(const QString &path) : mPath(path) {
+  FileReader file;
+  whyNot = tagfacts::whyUnreadable(path, file);
+  if (!isReadable()) return;
+  sniffed = SongFile::songDataTypeOfFile(file, path);
+  file.close();
+  song = SongFile::songWithPath(path);
+  if (!song) own = AudioInfoTag::tagWithPath(path);
   held = song ? song->infotag() : own.get();
+}
+
+QString TagFacts::complaint() const {
+  if (!isReadable()) return whyNot;
+  if (held) return {};
+  return tagfacts::kindOf(mPath, sniffed) == SongFile::kUnknownData
+             ? QStringLiteral("neither MPEG nor MP4 audio")
+             : QStringLiteral("no tag that can be read");
 }
 
 namespace {
@@ -80,17 +93,20 @@ QString TagFacts::text() const {
 
 namespace tagfacts {
 
-qint32 kindOf(const QString &path) {
-  const qint32 sniffed = SongFile::songDataTypeAtPath(path);
+qint32 kindOf(const QString &path, qint32 sniffed) {
   if (sniffed != SongFile::kUnknownData) return sniffed;
   if (SongFile::claimsToBeMP3(path)) return SongFile::kMPEGData;
   return SongFile::claimsToBeAAC(path) ? SongFile::kMP4Data : SongFile::kUnknownData;
 }
 
 QString whyUnreadable(const QString &path) {
+  FileReader file;
+  return whyUnreadable(path, file);
+}
+
+QString whyUnreadable(const QString &path, FileReader &file) {
   errno = 0;
-  const FileReader file(path);
-  if (file.isOpen()) return {};
+  if (file.open(path)) return {};
   const int reason = errno;
   const QFileInfo facts(path);
   if (facts.isDir()) return QStringLiteral("it is a folder");

@@ -5,18 +5,19 @@
 #include "audio/SongFile.h"
 #include "audio/tags/MP3InfoTag.h"
 
+class FileReader;
 class JsonWriter;
 
 /// What the tag commands tell of one file. Made by reading the file; one thread.
 class TagFacts {
  public:
-  /// Reads what there is to know of a regular file; one too small to be a song still has a tag if it can be
-  /// read.
+  /// Reads what there is to know of a file, if it can be read; one too small to be a song still has a tag.
   explicit TagFacts(const QString &file);
 
-  const QString &path() const { return mPath; }
-  /// Null if the file has none that can be read.
-  AudioInfoTag *tag() const { return held; }
+  /// False for what is no ordinary file that can be read: there is nothing to tell of it.
+  bool isReadable() const { return whyNot.isNull(); }
+  /// Why there is no tag to tell of; null if there is one.
+  QString complaint() const;
 
   /// The whole as one object.
   void write(JsonWriter &json) const;
@@ -27,6 +28,7 @@ class TagFacts {
 
  private:
   QString mPath;
+  QString whyNot;
   qint32 sniffed = SongFile::kUnknownData;
   SongFilePtr song;
   AudioInfoTagPtr own;
@@ -35,9 +37,10 @@ class TagFacts {
 
 namespace tagfacts {
 
-/// 1 MPEG, 2 MP4, 0 neither: how a file is read, by its content and else by its name.
-qint32 kindOf(const QString &path);
-/// Why a path cannot be read as a file, in words; null if it can. Waits for nothing.
+/// 1 MPEG, 2 MP4, 0 neither: how a file is read, by what its content shows and else by its name.
+qint32 kindOf(const QString &path, qint32 sniffed);
+/// Opens a path. Why it cannot be read as a file, in words; null if it can. Waits for nothing.
+QString whyUnreadable(const QString &path, FileReader &file);
 QString whyUnreadable(const QString &path);
 /// SHA-1 of bytes, as hexadecimal digits.
 QString digest(QByteArrayView bytes);

@@ -16,20 +16,16 @@ constexpr qsizetype kLongList = 20;
 
 /// Tells of one file. False, with a line for the user in `complaint`, for a file without a tag.
 bool tellOf(const QString &path, bool asJson, Terminal &terminal, QString *complaint) {
-  *complaint = tagfacts::whyUnreadable(path);
-  if (!complaint->isNull()) return false;
   const TagFacts facts(path);
-  if (asJson) {
+  *complaint = facts.complaint();
+  if (facts.isReadable() && asJson) {
     JsonWriter json(terminal.out);
     facts.write(json);
     json.endLine();
-  } else {
+  } else if (facts.isReadable()) {
     terminal.print(facts.text());
   }
-  if (facts.tag()) return true;
-  *complaint = tagfacts::kindOf(path) == SongFile::kUnknownData ? QStringLiteral("neither MPEG nor MP4 audio")
-                                                                : QStringLiteral("no tag that can be read");
-  return false;
+  return complaint->isNull();
 }
 
 }  // namespace

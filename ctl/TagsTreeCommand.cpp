@@ -84,7 +84,8 @@ QString printFrames(const QString &path, Terminal &terminal) {
 }
 
 bool holdsAtoms(const QString &path) {
-  return tagfacts::kindOf(path) == SongFile::kMP4Data || FileReader(path).read(4, 4) == "ftyp";
+  return tagfacts::kindOf(path, SongFile::songDataTypeAtPath(path)) == SongFile::kMP4Data ||
+         FileReader(path).read(4, 4) == "ftyp";
 }
 
 }  // namespace
