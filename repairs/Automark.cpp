@@ -22,6 +22,21 @@ void unmark(const Dictionary &row) {
   if (std::any_of(row.begin(), row.end(), isMark)) row.removeIf(isMark);
 }
 
+/// What a row's mark has to become; most stay as they are.
+class MarkChange {
+ public:
+  MarkChange(const Value &present, bool isWanted, bool clears)
+      : sets(isWanted && !present.toBool()), removes(!isWanted && clears && !present.isNull()) {}
+
+  void applyTo(const Dictionary &row, Key mark) const {
+    if (sets) row.set(mark, true);
+    if (removes) row.remove(mark);
+  }
+
+ private:
+  const bool sets, removes;
+};
+
 std::optional<qint64> sizeOnDisk(const QString &path) {
   return platform().fileFacts->fileSize(path);
 }
@@ -92,13 +107,12 @@ void Automark::setMarks(const Choice &choice, const std::vector<AutomarkRow> &gr
   const Array &rows = state.lists.mDuplicateSongDicts;
   for (qsizetype place = 0; place < choice.rowCount; ++place) {
     const AutomarkRow &gathered = group[size_t(place)];
-    const bool isInfo = place == choice.marks.infoRow, isAudio = place == choice.marks.audioRow;
-    const bool hadInfo = gathered.isMarkedInfo(), hadAudio = gathered.isMarkedAudio();
     const Dictionary &row = rows.at(choice.firstRow + place).toDictionary();
-    if (isInfo) row.set(keys::markInfo, true);
-    if (isAudio) row.set(keys::markAudio, true);
-    if (clearsOthers && hadInfo && !isInfo) row.remove(keys::markInfo);
-    if (clearsOthers && hadAudio && !isAudio) row.remove(keys::markAudio);
+    // Both are looked at before the row changes, from which they are borrowed.
+    const MarkChange info(gathered.markInfo(), place == choice.marks.infoRow, clearsOthers);
+    const MarkChange audio(gathered.markAudio(), place == choice.marks.audioRow, clearsOthers);
+    info.applyTo(row, keys::markInfo);
+    audio.applyTo(row, keys::markAudio);
   }
 }
 

@@ -19,8 +19,8 @@ class AutomarkRow {
 
   /// The number of the row's group.
   qint64 group() const { return values[DupeGroup]->toInteger(); }
-  bool isMarkedInfo() const { return !values[MarkInfo]->isNull(); }
-  bool isMarkedAudio() const { return !values[MarkAudio]->isNull(); }
+  const Value &markInfo() const { return *values[MarkInfo]; }
+  const Value &markAudio() const { return *values[MarkAudio]; }
   const QString &kind() const { return text(Kind); }
   const QString &path() const { return text(Path); }
 
