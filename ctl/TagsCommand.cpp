@@ -53,13 +53,15 @@ int TagsCommand::tell(const QStringList &files, bool asJson, Terminal &terminal)
       terminal.say(QStringLiteral("cancelled"));
       return exitcode::kReported;
     }
+    bar.clear();
     QString complaint;
     if (!tellOf(files[i], asJson, terminal, &complaint)) {
-      bar.clear();
       terminal.say(QStringLiteral("Can't read \"%1\": %2").arg(printable(files[i]), complaint));
       code = exitcode::kReported;
     }
     if (!showsProgress) continue;
+    // Results may go to the same screen: they come whole, with the bar below them.
+    terminal.out.flush();
     bar.setText(QStringLiteral("%1 of %2").arg(i + 1).arg(files.size()));
     bar.setValue(double(i + 1));
   }

@@ -3,6 +3,7 @@
 #include "app/MainController.h"
 #include "app/library/LibraryFile.h"
 #include "app/library/LibraryLocation.h"
+#include "audio/SongFileInfoCache.h"
 #include "platform/qt/LibplistPropertyList.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
@@ -428,7 +429,12 @@ TEST_F(Controller, ALibraryIsStaleFromMoreThanHalfASecondOn) {
 TEST_F(Controller, TheEndRemembersTheWindowsAndClosesTheLog) {
   controller.problemWindowFrame = [] { return QStringLiteral("{{1, 2}, {3, 4}}"); };
   BMLog("something");
+  SongFileInfoCache &cache = SongFileInfoCache::sharedCache();
+  const QString song = folder(QStringLiteral("music/a.mp3"));
+  const QString remembered = cache.pathForKeyNumber(*SongFileInfoCache::keyNumberForPath(song));
+  cache.storeInfoForSongFileAtPath(Dictionary::make(), song);
   controller.applicationWillTerminate();
+  EXPECT_TRUE(QFile::exists(remembered)) << "what was learned of songs";
   EXPECT_EQ(prefs::text(prefs::problemWinFrame), QStringLiteral("{{1, 2}, {3, 4}}"));
   EXPECT_FALSE(QFile::exists(logFilePath()));
   EXPECT_TRUE(QFile::exists(logFilePath().chopped(4) + QStringLiteral(".zip")));
