@@ -28,7 +28,7 @@
 
 #include "audio/AudioInfoTag.h"
 #include "audio/SongFile.h"
-#include "platform/Platform.h"
+#include "tests/audio/ID3Builder.h"
 #include "tests/fixtures/TestPlatform.h"
 
 namespace {
@@ -84,6 +84,10 @@ class Interoperation : public TestPlatform {
     const QString path = folder(u"music/"_qs + QString::fromLatin1(recipe.file));
     ffmpeg(QStringList{u"-f"_qs, u"lavfi"_qs, u"-i"_qs, u"sine=frequency=440:duration=%1"_qs.arg(seconds)} +
            QString::fromLatin1(recipe.options).split(u' ') + QStringList{path});
+    // The encoder knows no tags of version 2.2.
+    if (path.endsWith(u"version2.mp3")) {
+      writeFile(path, id3::tag(2, id3::frame22("TT2", id3::bytes("\0Old"))) + readFile(path));
+    }
     return path;
   }
   QByteArray picture(const QString &name, const QString &color) const {
@@ -170,6 +174,8 @@ const Recipe kRecipes[] = {
     {"version4.mp3", "-c:a libmp3lame -b:a 160k -id3v2_version 4 -metadata title=Old -metadata date=1990",
      160},
     {"untagged.mp3", "-c:a libmp3lame -b:a 128k -id3v2_version 0 -write_xing 0", 128},
+    {"version2.mp3", "-c:a libmp3lame -b:a 128k -id3v2_version 0 -write_xing 0", 128},
+    {"version1.mp3", "-c:a libmp3lame -b:a 128k -id3v2_version 0 -write_id3v1 1 -metadata title=Old", 128},
     {"plain.m4a", "-c:a aac -b:a 128k -metadata title=Old", 128},
     {"faststart.m4a", "-c:a aac -b:a 128k -movflags +faststart -metadata title=Old -metadata genre=Pop", 128},
     {"lossless.m4a", "-c:a alac -sample_fmt s16p -movflags +faststart -metadata title=Old", 0},
@@ -250,9 +256,11 @@ TEST_F(Interoperation, WhatIsWrittenHereIsReadByOthersAndTheAudioStaysTheSame) {
 
 TEST_F(Interoperation, ShorterAndLongerTagsInTurnNeverTouchTheAudio) {
   const QByteArray big = QByteArray("\x89PNG\r\n\x1a\n") + QByteArray(70000, 'x');
-  for (const Recipe &recipe : {kRecipes[2], kRecipes[5], kRecipes[6]}) {
-    SCOPED_TRACE(recipe.file);
-    const QString path = made(recipe);
+  for (const char *const name : {"version3.mp3", "version2.mp3", "plain.m4a", "faststart.m4a"}) {
+    SCOPED_TRACE(name);
+    const QString path =
+        made(*std::find_if(std::begin(kRecipes), std::end(kRecipes),
+                           [name](const Recipe &one) { return QByteArrayView(one.file) == name; }));
     const QByteArray audio = audioDigest(path);
     const std::function<void(AudioInfoTag &)> edits[] = {
         [](AudioInfoTag &tag) { tag.setLyrics(QString(3000, u'l')); },
