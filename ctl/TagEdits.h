@@ -9,6 +9,7 @@ class Options;
 /// The changes that a command line asks of a tag, in its order.
 class TagEdits {
  public:
+  /// The options that make up the edits: those without a value, those with one, and all for the usage line.
   static QStringList flagNames();
   static QStringList valueNames();
   static QString usage();
