@@ -207,6 +207,43 @@ TEST_F(MP4Tag, AWriteThatWouldSpoilTheAudioLeavesTheFileAlone) {
   }
 }
 
+TEST_F(MP4Tag, ChunksInASecondBoxThatStaysAreNotMovedWithTheFirst) {
+  for (const bool usesSecond : {false, true}) {
+    const auto movie = [usesSecond](quint32 first, quint32 second) {
+      const QByteArray table = usesSecond ? chunkOffsets({first, second}) : chunkOffsets({first});
+      const QByteArray description = sampleTable("mp4a", 44100, 128000);
+      return atom("moov", {movieHeader(1, 1), track(description, table), userData(text("\251nam", "Title"))});
+    };
+    const quint32 first = quint32(fileType().size() + movie(0, 0).size()) + 8;
+    const quint32 second = first + quint32(kAudio.size()) + 508 + 8;
+    const QByteArray before = fileType() + movie(first, second) + atom("mdat", kAudio) + free(500) +
+                              atom("mdat", QByteArray("second"));
+    const QByteArray after = rewritten(before, kLongerTitle, !usesSecond);
+    EXPECT_EQ(audioOf(after), kAudio);
+    EXPECT_EQ(after == before, usesSecond);
+  }
+}
+
+TEST_F(MP4Tag, AudioBetweenTwoFreeSpacesMayMoveAlthoughTheTagKeepsItsSize) {
+  MovieFile file;
+  file.items = text("\251nam", "Title") + text("\251lyr", "x") + item("cpil", QByteArray("\0", 1), 21);
+  file.behindMovie = free(20);
+  const QByteArray after = rewritten(file.bytes() + free(500), [](AACInfoTag &tag) {
+    tag.setTitle(QStringLiteral("Title and twenty-five more ..."));
+    tag.setLyrics({});
+  });
+  EXPECT_EQ(audioOf(after), kAudio);
+  EXPECT_EQ(tagOf(after)->title().size(), 30);
+}
+
+TEST_F(MP4Tag, AtomsThatOverlapAreNotWrittenTwice) {
+  MovieFile file;
+  file.behindMovie = atom("moov", be(400) + "xxxx");
+  const QByteArray bytes = file.bytes();
+  EXPECT_EQ(rewritten(bytes, kLongerTitle, false), bytes);
+  EXPECT_EQ(error, QStringLiteral("can't modify (an error occurred): bad size atom"));
+}
+
 TEST_F(MP4Tag, WhatIsWrittenIsReadAgain) {
   MovieFile file;
   file.items = text("\251nam", "Old") + item("gnre", QByteArray("\0\021", 2), 0) + text("\251cmt", "kept") +
