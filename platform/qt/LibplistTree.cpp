@@ -1,15 +1,35 @@
 #include "platform/qt/LibplistTree.h"
 
+#include <QtEndian>
+#include <bit>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <memory>
+#include <optional>
 #include <vector>
 
 namespace {
 
+/// The seconds of a date that 32 bits cannot tell: the node's binary form holds them all.
+std::optional<double> farSecondsOfNode(plist_t node) {
+  constexpr quint32 kBehindMagicAndType = 9;
+  char *bytes = nullptr;
+  uint32_t length = 0;
+  plist_to_bin(node, &bytes, &length);
+  const std::unique_ptr<char, decltype(&std::free)> owned(bytes, std::free);
+  if (!bytes || length < kBehindMagicAndType + sizeof(quint64)) return std::nullopt;
+  const auto seconds = std::bit_cast<double>(qFromBigEndian<quint64>(bytes + kBehindMagicAndType));
+  return std::isnan(seconds) ? std::nullopt : std::optional(seconds);
+}
+
 Value dateOfNode(plist_t node) {
   int32_t seconds = 0, microseconds = 0;
   plist_get_date_val(node, &seconds, &microseconds);
+  // libplist gives the smallest number for every date before 1932 or after 2069.
+  if (seconds == std::numeric_limits<int32_t>::min()) {
+    return Date{farSecondsOfNode(node).value_or(seconds)};
+  }
   const double fraction = microseconds * 1e-6;
   return Date{seconds < 0 ? seconds - fraction : seconds + fraction};
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+
 namespace {
 
 const LibplistPropertyList lists;
@@ -69,6 +71,23 @@ TEST(PropertyList, EveryTypeSurvivesBothForms) {
     }
     EXPECT_TRUE(back.toDictionary().isMutable() &&
                 back.toDictionary().value(Key(u"list")).toArray().isMutable());
+  }
+}
+
+TEST(PropertyList, DatesBeyondThirtyTwoBitsKeepTheirDay) {
+  for (const char *day :
+       {"0001-06-01", "1890-06-01", "1932-12-13", "1933-01-01", "2069-06-01", "9999-12-31"}) {
+    QString error;
+    const QByteArray text = QByteArray(day) + "T01:02:03Z";
+    const Value read = lists.parse(xml("<date>" + text + "</date>"), &error);
+    ASSERT_TRUE(read.toDate()) << day;
+    EXPECT_EQ(read.toDate()->toIsoText().toStdString(), text.toStdString());
+  }
+  for (const double seconds : {3.0e9 + 0.5, -5.0e9, 1.0e300, -2147483648.0}) {
+    QString error;
+    const Value read = lists.parse(binary({'\x33' + bigEndian(std::bit_cast<quint64>(seconds), 8)}), &error);
+    ASSERT_TRUE(read.toDate()) << error.toStdString();
+    EXPECT_EQ(read.toDate()->seconds, seconds);
   }
 }
 
