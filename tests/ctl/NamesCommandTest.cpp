@@ -62,3 +62,10 @@ TEST_F(NamesCommandTest, NoNamesIsExitCodeZeroAndTheMethodIsASettingOfTheRun) {
   EXPECT_EQ(names(two, {QStringLiteral("--pref"), QStringLiteral("inconsistentMatchMethod=1")}), 1);
   EXPECT_EQ(names({}, {QStringLiteral("--problem"), QStringLiteral("names")}), 2);
 }
+
+TEST_F(NamesCommandTest, AKnownNameIsMetByTheEquivalencesOfTheRun) {
+  const QStringList two{albumTrack("Beatle", "Sun", "One"), albumTrack("Beatles", "Sun", "Two")};
+  EXPECT_EQ(names(two), 0);
+  EXPECT_EQ(names(two, {QStringLiteral("--pref"), QStringLiteral("ignorePlurals=true")}), 1);
+  EXPECT_NE(out.find("  [The Beatles]  no song\n"), std::string::npos) << out;
+}

@@ -138,6 +138,7 @@ TEST_F(InconName, ExceptionsWinOverTheScore) {
 
   EXPECT_EQ(chosen(odd, artistRow({songOf("radiohead")})), "Radiohead");
   EXPECT_EQ(chosen(odd, artistRow({songOf("low")})), "Low");
+  EXPECT_EQ(chosen(odd, artistRow({songOf("low"), songOf("radiohead")})), "Low") << "the first is asked for";
 
   // In a list of albums the last of two wins.
   const Dictionary album = albumRow({songOf("radiohead", "Ok Computer"), songOf("radiohead", "ok computer")});

@@ -66,6 +66,16 @@ class InconsistentNameScan : public TestPlatform {
   InconsistentNameScanner scanner{state, names};
 };
 
+/// Between two looks at it more than five minutes pass.
+class HurriedClock : public Clock {
+ public:
+  Date now() const override { return Date{seconds += 301.0}; }
+  void sleep(double) override {}
+
+ private:
+  mutable double seconds = 0.0;
+};
+
 struct LibraryCase {
   const char *why;
   std::vector<Names> library;
@@ -190,6 +200,19 @@ TEST_F(InconsistentNameScan, AScanTellsItsEndAndItsWork) {
   scan();
   EXPECT_TRUE(logContains(QStringLiteral("CANCELLED scanLibraryForInconsistentNamesThread")));
   EXPECT_TRUE(state.operation.mCompletedFindInconsistentNames);
+}
+
+TEST_F(InconsistentNameScan, ALongScanTellsHowFarItIs) {
+  for (int number = 0; number < 4; ++number) add({u"Ann"});
+  scan();
+  EXPECT_FALSE(logContains(QStringLiteral("scanLibraryForInconsist... ")));
+  HurriedClock clock;
+  services.clock = &clock;
+  setPlatform(services);
+  scan();
+  EXPECT_TRUE(logContains(QStringLiteral("scanLibraryForInconsist... 25% [1/4]")));
+  services.clock = &time;
+  setPlatform(services);
 }
 
 }  // namespace
