@@ -107,8 +107,8 @@ TEST_F(AutomarkTest, ASelectionKeepsTheMarksOfOtherRowsAndGroups) {
   EXPECT_EQ(marks(), QStringLiteral("- - - - -"));
 }
 
-TEST_F(AutomarkTest, StubsAndLostFilesLoseAgainstSongsOnDisk) {
-  add(1, 320, sparseFile(QStringLiteral("stub"), 99999));
+TEST_F(AutomarkTest, FragmentsAndLostFilesLoseAgainstSongsOnDisk) {
+  add(1, 320, sparseFile(QStringLiteral("fragment"), 99999));
   add(1, 128, sparseFile(QStringLiteral("song"), 100000));
   add(1, 320, folder(QStringLiteral("gone")));
   add(2, 320, folder());
