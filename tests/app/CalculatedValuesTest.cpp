@@ -46,7 +46,7 @@ std::string shown(const Value &value) {
 
 }  // namespace
 
-TEST(CalculatedValues, AreWorkedOutAsTold) {
+TEST(CalculatedValues, ShowStarsTimesNumbersAndTypes) {
   const QString star(QChar(0x2605));
   struct Case {
     Key key;
@@ -170,7 +170,10 @@ TEST(CalculatedValues, AreRemovedFromCopiesAndWhatHoldsNoneStaysItself) {
   EXPECT_FALSE(outerResult.isMutable());
   EXPECT_FALSE(outerResult.at(0).toArray().at(1).toDictionary().isMutable());
   EXPECT_TRUE(cleaned(result).toArray().isSame(result));
-  EXPECT_TRUE(cleaned(Array::make()).toArray().isEmpty());
+  const Array emptyList = Array::make();
+  const Dictionary emptyRow = Dictionary::make();
+  EXPECT_TRUE(cleaned(emptyList).toArray().isSame(emptyList));
+  EXPECT_TRUE(cleaned(emptyRow).toDictionary().isSame(emptyRow));
   EXPECT_EQ(cleaned(QStringLiteral("calc_")).toText(), QStringLiteral("calc_"));
 }
 

@@ -28,7 +28,7 @@ class DeclaredDuplicates : public DuplicateGroupsTest {
   }
 };
 
-/// One row after the other out of the list, as the rule is told.
+/// Takes one row after the other out of the list, group by group.
 void DeclaredDuplicates::ignoreStepByStep(AppState &other, const QSet<const void *> &chosen) {
   const Array rows = other.lists.mDuplicateSongDicts;
   const auto remove = [&](const Dictionary &row) {

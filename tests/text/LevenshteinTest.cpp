@@ -60,7 +60,7 @@ TEST_F(Levenshtein, WhatTheTimeAllowsIsSpreadOverTheWholeText) {
   float sum = 0;
   for (int visited = 1; visited <= 7; ++visited) {
     sum += float(order[visited - 1] + 1);
-    EXPECT_EQ(levenshteinComparePhrase(words.join(u' '), QStringLiteral("o"), float(visited) - 0.5F),
+    EXPECT_EQ(levenshteinComparePhrase(words.join(u' '), QStringLiteral("o"), float(visited - 1)),
               sum / float(visited));
   }
   EXPECT_EQ(levenshteinComparePhrase(words.join(u' '), QStringLiteral("o"), 1000), 125.5F);

@@ -64,6 +64,7 @@ TEST_F(Metaphone, AWordHasTheKeyOfItsSound) {
       {u"vision", u"fxn"},
       {u"martian", u"mrxn"},
       {u"edgy", u"ejy"},
+      {u"budging", u"bjnk"},
       {u"adg", u"atk"},
       {u"cygy", u"syjy"},
       {u"ship", u"xp"},

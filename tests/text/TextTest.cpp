@@ -20,8 +20,8 @@ TEST(AmpersandCodes, OnlyEntitiesAreDecoded) {
                {u"&#0;&#xFFFFF;&#;&#x;", u"&#0;&#xFFFFF;&#;&#x;"},
                {u"&#150;&#x81;", u"\u2013\u0081"},
                {u"&#127;&#x80;&#X9F;&#160;", u"\u007F\u20AC\u0178\u00A0"},
-               {u"&#65535;&#65536;&#99999999", u"\uFFFF&#65536;&#99999999"},
-               {u"&ampfoo;&Amp;&#", u"&ampfoo;&Amp;&#"},
+               {u"&#65535;&#65601;&#99999999", u"\uFFFF&#65601;&#99999999"},
+               {u"&frac12;&ampfoo;&Amp;&#", u"½&ampfoo;&Amp;&#"},
                {u"&#x", u"&#x"},
                {u"&#000000065;",
                 u"\x0006"
@@ -30,6 +30,7 @@ TEST(AmpersandCodes, OnlyEntitiesAreDecoded) {
                {u"&&lt;&", u"&<&"}};
   for (const auto &[text, decoded] : cases)
     EXPECT_EQ(stringByReplacingAmpersandCodes(QString::fromUtf16(text)), QString::fromUtf16(decoded));
+  EXPECT_EQ(ampersandCodeEquivalentAtIndexCodeLength(u"a#65;", 0).code, 0);
 }
 
 TEST(AmpersandCodes, UnitsAboveTheTildeAreEncoded) {
