@@ -14,28 +14,39 @@ namespace {
 
 enum class EntryKind { Gone, Link, Folder, File };
 
-struct Entry {
-  QByteArray name;
-  unsigned char type;
-};
+/// A folder's entries in the order of its listing, read at once, so that a deep tree needs no more than one
+/// open folder. Names lie one behind the other.
+class Listing {
+ public:
+  struct Entry {
+    qsizetype start, length;
+    unsigned char type;
+  };
 
-struct CloseFolder {
-  void operator()(DIR *folder) const { ::closedir(folder); }
-};
-
-/// A folder's entries in the order of its listing; the folder is closed again, so that a deep tree needs no
-/// more than one open folder.
-std::vector<Entry> entriesOf(const QByteArray &folder) {
-  std::vector<Entry> entries;
-  const std::unique_ptr<DIR, CloseFolder> listing(::opendir(folder.constData()));
-  while (const dirent *entry = listing ? ::readdir(listing.get()) : nullptr) {
-    const QByteArrayView name(entry->d_name);
-    if (!name.isEmpty() && name != QByteArrayView(".") && name != QByteArrayView("..")) {
-      entries.push_back({name.toByteArray(), entry->d_type});
+  explicit Listing(const QByteArray &folder) {
+    const std::unique_ptr<DIR, CloseFolder> open(::opendir(folder.constData()));
+    while (const dirent *entry = open ? ::readdir(open.get()) : nullptr) {
+      const QByteArrayView name(entry->d_name);
+      if (name.isEmpty() || name == QByteArrayView(".") || name == QByteArrayView("..")) continue;
+      entries.push_back({names.size(), name.size(), entry->d_type});
+      names.append(name);
     }
   }
-  return entries;
-}
+
+  auto begin() const { return entries.begin(); }
+  auto end() const { return entries.end(); }
+  /// Valid as long as the listing.
+  QByteArray nameOf(const Entry &entry) const {
+    return QByteArray::fromRawData(names.constData() + entry.start, entry.length);
+  }
+
+ private:
+  struct CloseFolder {
+    void operator()(DIR *folder) const { ::closedir(folder); }
+  };
+  std::vector<Entry> entries;
+  QByteArray names;
+};
 
 /// What an entry is; the listing mostly knows, and only a link or a silent file system is asked.
 EntryKind kindOf(const QByteArray &path, unsigned char listed) {
@@ -49,9 +60,9 @@ EntryKind kindOf(const QByteArray &path, unsigned char listed) {
   return S_ISDIR(facts.st_mode) ? EntryKind::Folder : EntryKind::File;
 }
 
-bool leadsToFolder(const QString &link) {
+bool leadsToFolder(const QByteArray &link) {
   struct stat facts = {};
-  return ::stat(QFile::encodeName(link).constData(), &facts) == 0 && S_ISDIR(facts.st_mode);
+  return ::stat(link.constData(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
 /// False for a name that is none in the file system's encoding: it leads nowhere.
@@ -64,25 +75,32 @@ class Walk {
   Walk(const QString &base, bool entersPackages, quint32 count)
       : baseLength(base.size()), enterPackages(entersPackages), maxCount(count) {}
 
-  void visit(const QString &folder, QStringList &found) {
+  /// Walks a folder that ends in a slash, as a text and as the disk names it.
+  void visit(const QString &folder, const QByteArray &stored, QStringList &found) {
     const qsizetype before = found.size();
-    const QByteArray bytes = QFile::encodeName(folder);
-    for (const Entry &entry : entriesOf(bytes)) {
-      const QString name = QFile::decodeName(entry.name);
-      const QString path = folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
-      // What is no longer than the base lies outside it: not listed, whatever it is, but still entered.
-      const bool isListed = path.size() > baseLength;
+    // Below the base all relative paths of a folder begin alike.
+    const bool isBelow = folder.size() > baseLength;
+    const QString prefix = isBelow ? folder.mid(baseLength + 1) : QString();
+    const Listing listing(stored);
+    for (const Listing::Entry &entry : listing) {
+      const QByteArray storedName = listing.nameOf(entry);
+      const QString name = QFile::decodeName(storedName);
       EntryKind kind = EntryKind::Gone;
-      if (isText(name, entry.name)) kind = kindOf(bytes + '/' + entry.name, entry.type);
+      if (isText(name, storedName)) {
+        const bool isKnown = entry.type == DT_REG || entry.type == DT_DIR;
+        kind = kindOf(isKnown ? QByteArray() : stored + storedName, entry.type);
+      }
       if (kind == EntryKind::Gone) {
-        BMLog("!!! rfpid !exists: %@", path);
+        BMLog("!!! rfpid !exists: %@", folder + name);
         continue;
       }
-      if (kind == EntryKind::Link && (isListed || !leadsToFolder(path))) continue;
-      if (isListed) found.append(path.mid(baseLength + 1));
+      // What is no longer than the base lies outside it: not listed, whatever it is, but still entered.
+      const bool isListed = folder.size() + name.size() > baseLength;
+      if (kind == EntryKind::Link && (isListed || !leadsToFolder(stored + storedName))) continue;
+      if (isListed) found.append(isBelow ? prefix + name : (folder + name).mid(baseLength + 1));
       if (kind == EntryKind::File) continue;
-      if (!enterPackages && platform().fileFacts->isPackage(path)) continue;
-      visit(path, found);
+      if (!enterPackages && platform().fileFacts->isPackage(folder + name)) continue;
+      visit(folder + name + u'/', stored + storedName + '/', found);
       if (maxCount != 0 && quint64(found.size() - before) >= maxCount) return;
     }
   }
@@ -93,8 +111,9 @@ class Walk {
   const quint32 maxCount;
 };
 
+/// A folder's path without a slash at its end; that of the root is empty then.
 QString withoutSlash(QString path) {
-  while (path.size() > 1 && path.endsWith(u'/')) path.chop(1);
+  while (path.endsWith(u'/')) path.chop(1);
   return path;
 }
 
@@ -108,9 +127,8 @@ std::optional<QStringList> recursiveFilePathsInDirectoryBasePathEnterPackagesMax
                                                                                       quint32 maxCount) {
   QStringList found;
   try {
-    // The root's own slash is the one between it and the first name.
-    const QString top = withoutSlash(base);
-    Walk(top == u"/" ? QString() : top, enterPackages, maxCount).visit(withoutSlash(folder), found);
+    const QString start = withoutSlash(folder) + u'/';
+    Walk(withoutSlash(base), enterPackages, maxCount).visit(start, QFile::encodeName(start), found);
   } catch (const std::exception &problem) {
     BMLog("recursiveFilePathsInDirectory exception %@", QString::fromUtf8(problem.what()));
   }
