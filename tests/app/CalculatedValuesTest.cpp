@@ -58,6 +58,7 @@ TEST(CalculatedValues, ShowStarsTimesNumbersAndTypes) {
   const std::vector<Case> cases = {
       {keys::calc_humanTime, {{TotalTime, 0}}, text("0:00")},
       {keys::calc_humanTime, {{TotalTime, 1}}, text("0:01")},
+      {keys::calc_humanTime, {{TotalTime, 9000}}, text("0:09")},
       {keys::calc_humanTime, {{TotalTime, 9001}}, text("0:10")},
       {keys::calc_humanTime, {{TotalTime, 59001}}, text("1:00")},
       {keys::calc_humanTime, {{TotalTime, 61000}}, text("1:01")},
@@ -133,6 +134,7 @@ TEST(CalculatedValues, OfRelatedTracksHaveASimplerTypeAndKeysOfTheirOwn) {
   };
   EXPECT_EQ(typeOf("MPEG-4 file"), "MP3 128");
   EXPECT_EQ(typeOf("Protected AAC file"), "Protected 128");
+  EXPECT_EQ(typeOf("Old MPEG file"), "Old 128");
   EXPECT_EQ(typeOf(""), "-");
 
   const Dictionary track = rowOf({{keys::TotalTime, 61000}, {keys::TrackNumber, 3}, {keys::TrackCount, 12}});
@@ -146,8 +148,9 @@ TEST(CalculatedValues, OfRelatedTracksHaveASimplerTypeAndKeysOfTheirOwn) {
 
 TEST(CalculatedValues, AreRemovedFromCopiesAndWhatHoldsNoneStaysItself) {
   const auto cleaned = CalculatedValues::objectWithCalculatedValuesRemoved;
-  const Dictionary clean =
-      rowOf({{keys::Name, QStringLiteral("a")}, {keys::humanTime, QStringLiteral("1:01")}});
+  const Dictionary clean = rowOf({{keys::Name, QStringLiteral("a")},
+                                  {keys::humanTime, QStringLiteral("1:01")},
+                                  {Key(u"calculated"), 1}});
   const Array member = listOf({"kept as it is"});
   const Dictionary dirty = rowOf({{keys::calc_rating, QStringLiteral("")}, {keys::inconSongs, member}});
   const Array rows = Array::make();
@@ -190,6 +193,7 @@ TEST(FileKinds, LookThroughListsBeforeSinglePiecesAndFromTheEnd) {
       {"7", -1},
       {"", -1},
       {"A-A-C", -1},
+      {"aAc C", -1},
   };
   for (const auto &[kind, number] : cases) EXPECT_EQ(kinds.numberOf(QString::fromUtf8(kind)), number) << kind;
   EXPECT_EQ(FileKinds(Dictionary()).numberOf(QStringLiteral("AAC")), -1);
