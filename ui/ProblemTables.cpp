@@ -137,17 +137,19 @@ Dictionary ProblemTables::rowOf(ProblemTab tab, qsizetype row) const {
 
 ProblemUIStates ProblemTables::validateProblemUI(bool marksAreUnchanged) {
   const Array &duplicates = std::as_const(state.lists).mDuplicateSongDicts;
+  bool hasDuplicates = false;
   {
     std::lock_guard held(*state.threadLockForObject(duplicates));
     const bool stands = (marksAreUnchanged || tellingOfClick) && markedGroups.isAbout(duplicates);
     if (!stands) markedGroups.count(duplicates);
+    hasDuplicates = !duplicates.isEmpty();
   }
   const bool isFree = !state.view.hasSheet();
   const auto hasSelection = [this](ProblemTab tab) { return state.view.selectedRowCount(tab) > 0; };
   ProblemUIStates states;
   states.merge = isFree && markedGroups.any();
   states.ignore = hasSelection(ProblemTab::Duplicates);
-  states.automark = isFree && !duplicates.isEmpty();
+  states.automark = isFree && hasDuplicates;
   states.unmark = states.automark;
   states.fixNames = isFree && hasSelection(ProblemTab::Names);
   states.orphanAdd = states.orphanDelete = isFree && hasSelection(ProblemTab::Orphans);
