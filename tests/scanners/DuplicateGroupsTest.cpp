@@ -44,6 +44,9 @@ TEST_F(DuplicateGroupsTest, StripesGoOnFromTheRowBeforeAndNeverPastTheEnd) {
   row(1).set(keys::UIStripe, true);
   groups.setStripesForDupesFromIndex(2);
   EXPECT_EQ(stripes(), QStringLiteral("?#-#"));
+  row(0).set(keys::UIStripe, true);
+  groups.setStripesForDupesFromIndex(1);
+  EXPECT_EQ(stripes(), QStringLiteral("##-#"));
   setRows("");
   groups.setStripesForDupesFromIndex(0);
 }
