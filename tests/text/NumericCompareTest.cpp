@@ -19,7 +19,9 @@ TEST(NumericCompare, NumbersGoByWorthAndLettersWhateverTheirCase) {
                {u"A", u"a", 0}};
   for (const auto &one : cases) {
     const auto sign = [](int order) { return (order > 0) - (order < 0); };
-    EXPECT_EQ(sign(compareByWorth(one.first, one.second)), one.expected) << qPrintable(QString::fromUtf16(one.first));
-    EXPECT_EQ(sign(compareByWorth(one.second, one.first)), -one.expected) << qPrintable(QString::fromUtf16(one.first));
+    EXPECT_EQ(sign(compareByWorth(one.first, one.second)), one.expected)
+        << qPrintable(QString::fromUtf16(one.first));
+    EXPECT_EQ(sign(compareByWorth(one.second, one.first)), -one.expected)
+        << qPrintable(QString::fromUtf16(one.first));
   }
 }
