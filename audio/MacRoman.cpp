@@ -30,12 +30,12 @@ QString textOfMacRoman(QByteArrayView bytes) {
 }
 
 quint32 macRomanCode(QStringView text) {
-  quint32 code = 0;
-  for (qsizetype i = 0; i < 4; ++i) {
-    const char16_t unit = i < text.size() ? text[i].unicode() : 0;
+  const auto byteOf = [](char16_t unit) {
+    if (unit < 128) return quint32(unit);
     const auto upper = std::find(std::begin(kUpperHalf), std::end(kUpperHalf), unit);
-    const bool isUpper = upper != std::end(kUpperHalf);
-    code = code << 8 | (unit < 128 ? unit : isUpper ? quint32(128 + (upper - std::begin(kUpperHalf))) : 0U);
-  }
+    return upper == std::end(kUpperHalf) ? 0U : quint32(128 + (upper - std::begin(kUpperHalf)));
+  };
+  quint32 code = 0;
+  for (qsizetype i = 0; i < 4; ++i) code = code << 8 | (i < text.size() ? byteOf(text[i].unicode()) : 0U);
   return code;
 }
