@@ -1,6 +1,6 @@
-// The whole road of a library: read, prepare, scan. For each size given (10000 100000 300000 by default) it
-// makes a library with the demo maker and measures in a process of its own, with either parser first. The
-// disk is out of the way: every file counts as there.
+// The whole road of a library: read, prepare, scan for duplicates and for names. For each size given (10000
+// 100000 300000 by default) it makes a library with the demo maker and measures in a process of its own, with
+// either parser first. The disk is out of the way: every file counts as there.
 //
 //   road [TRACKS...]
 
@@ -20,6 +20,8 @@
 #include "app/state/AppState.h"
 #include "platform/qt/QtPlatform.h"
 #include "scanners/DuplicateScanner.h"
+#include "scanners/InconNameController.h"
+#include "scanners/InconsistentNameScanner.h"
 #include "support/Preferences.h"
 #include "tests/fixtures/ScriptedView.h"
 #include "text/Simplified.h"
@@ -48,7 +50,7 @@ int measure(const QString &path, bool manualFirst, const QString &home) {
   bundle.executable = QStringLiteral("road");
   bundle.identifier = QStringLiteral("com.brinmoor.tallyfen");
   bundle.shortVersion = bundle.version = QStringLiteral("0");
-  const QtPlatform services(bundle, {home, home, home, home}, home);
+  const QtPlatform services(bundle, {home, home, home, home, home}, home);
   prefs::set(prefs::noSystemDeserialize, manualFirst);
   prefs::set(prefs::allowedDurationVariation, 10);
   prefs::set(prefs::ignoreDurationMinimum, 30);
@@ -79,16 +81,22 @@ int measure(const QString &path, bool manualFirst, const QString &home) {
   const double scanBegin = seconds();
   scanner.scanLibraryForDuplicatesThread();
   const double scanned = seconds();
+  InconNameController names;
+  names.setResources(PrefsController::resources());
+  const double namesBegin = seconds();
+  InconsistentNameScanner(state, names).scanLibraryForInconsistentNamesThread();
+  const double named = seconds();
 
   const double megabytes = double(QFile(path).size()) / 1e6;
   std::printf(
       "%-7s %8.0f tracks %7.1f MB | parse %6.2f s %6.1f MB/s | load %6.2f s %8.0f tracks/s | resident %5.0f "
       "B/track, "
-      "peak %5.0f MB | scan %6.3f s %9.0f tracks/s, %d rows, peak +%.0f B/track\n",
+      "peak %5.0f MB | scan %6.3f s %9.0f tracks/s, %d rows | names %6.3f s, %d rows | "
+      "peak +%.0f B/track\n",
       manualFirst ? "manual" : "system", tracks, megabytes, parsed - begin, megabytes / (parsed - begin),
       loaded - begin, tracks / (loaded - begin), resident / tracks, loadPeak / 1e6, scanned - scanBegin,
-      tracks / (scanned - scanBegin), int(state.lists.mDuplicateSongDicts.size()),
-      (statusBytes("VmHWM:") - loadPeak) / tracks);
+      tracks / (scanned - scanBegin), int(state.lists.mDuplicateSongDicts.size()), named - namesBegin,
+      int(state.lists.mInconsistentNameDicts.size()), (statusBytes("VmHWM:") - loadPeak) / tracks);
   return 0;
 }
 
