@@ -84,7 +84,8 @@ TEST_F(PreferencesWindows, MarksAreOrderedByButtonsKeysAndDrops) {
   auto *list = find<QListView>(view.preferencesWindow(), prefs::preferInfoTypes);
   const auto stored = [] {
     QString order;
-    for (const Value &type : prefs::value(prefs::preferInfoTypes).toArray()) order += type.toText();
+    const Value types = prefs::value(prefs::preferInfoTypes);
+    for (const Value &type : types.toArray()) order += type.toText();
     return order.toStdString();
   };
   EXPECT_EQ(stored(), "01234567");
