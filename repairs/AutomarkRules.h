@@ -25,7 +25,7 @@ struct AutomarkRules {
   /// The preferred kind of file; 6 is any that is not protected, -1 none.
   qint32 preferredKind = -1;
 
-  /// What the settings ask for now.
+  /// What the settings ask for at present.
   static AutomarkRules fromPreferences();
   /// What settings in a table ask for, under the same keys. Numbers saturate at 32 bits; a text reads as the
   /// whole number that it begins with, else 0. Among the criteria, what is neither text nor number is left

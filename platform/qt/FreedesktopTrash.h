@@ -6,7 +6,7 @@
 #include <QString>
 #include <functional>
 
-/// The trash of the freedesktop.org Trash specification 1.0: what lies on the file system of the home trash
+/// The trash as freedesktop.org settles it, version 1.0: what lies on the file system of the home trash
 /// goes there; what lies on another goes into the trash in the top folder of that one, and where none can be
 /// had it is copied whole to the home trash. Any thread.
 class FreedesktopTrash {

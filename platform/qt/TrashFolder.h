@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <optional>
 
-/// One trash folder of the freedesktop.org Trash specification 1.0: "files" holds what was thrown away,
+/// One trash folder as freedesktop.org settles it, version 1.0: "files" holds what was thrown away,
 /// "info" a small file for each that says whence and when. Paths are in the file system's own bytes.
 class TrashFolder {
  public:
