@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "audio/RegularFile.h"
+
 /// Reads ranges of one file. Only regular files open: a pipe or a device would hold up its reader. One
 /// thread.
 class FileReader {
@@ -10,13 +12,12 @@ class FileReader {
   FileReader() = default;
   explicit FileReader(const QString &path) { open(path); }
   FileReader(const FileReader &) = delete;
-  ~FileReader() { close(); }
 
-  bool open(const QString &path);
-  void close();
-  bool isOpen() const { return descriptor >= 0; }
+  bool open(const QString &path) { return held.open(path, RegularFile::Access::Read); }
+  void close() { held.close(); }
+  bool isOpen() const { return held.isOpen(); }
   /// The size when the file was opened, in bytes; 0 for a closed file.
-  qint64 size() const { return fileSize; }
+  qint64 size() const { return held.size; }
 
   /// Up to `length` bytes from an offset: fewer at the file's end, none outside or on a failure. Asks for no
   /// more memory than the file had bytes when it was opened.
@@ -25,6 +26,5 @@ class FileReader {
   qint64 readInto(qint64 offset, char *into, qint64 length) const;
 
  private:
-  int descriptor = -1;
-  qint64 fileSize = 0;
+  RegularFile held;
 };

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include "audio/RegularFile.h"
+
 /// Puts new bytes into a file that exists, which stays the same file with the same attributes. Room is found
 /// before anything is changed, so that a full disk costs nothing. What a kill in the middle leaves holds all
 /// of the file's tail, once or with a stretch doubled: bytes that move towards the end are written from the
@@ -11,12 +13,11 @@ class FileRewriter {
  public:
   FileRewriter() = default;
   FileRewriter(const FileRewriter &) = delete;
-  ~FileRewriter() { close(); }
 
   /// Opens a regular file for reading and writing; false for anything else.
-  bool open(const QString &path);
-  void close();
-  qint64 size() const { return fileSize; }
+  bool open(const QString &path) { return held.open(path, RegularFile::Access::ReadAndWrite); }
+  void close() { held.close(); }
+  qint64 size() const { return held.size; }
 
   /// Overwrites the front of the file; the rest and the length stay. A line for the user on failure, else
   /// null.
@@ -43,6 +44,5 @@ class FileRewriter {
   QString writeFromEnd(qint64 offset, QByteArrayView bytes, qint64 chunk);
   void putBack(const OldBytes &old, qint64 start, qint64 length);
 
-  int descriptor = -1;
-  qint64 fileSize = 0;
+  RegularFile held;
 };
