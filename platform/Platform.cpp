@@ -4,6 +4,10 @@ namespace {
 Platform current;
 }
 
-const Platform &platform() { return current; }
+const Platform &platform() {
+  return current;
+}
 
-void setPlatform(const Platform &services) { current = services; }
+void setPlatform(const Platform &services) {
+  current = services;
+}

@@ -5,8 +5,10 @@
 #include "platform/Clock.h"
 #include "platform/FileFacts.h"
 #include "platform/Images.h"
+#include "platform/LibraryFramework.h"
 #include "platform/MainLoop.h"
 #include "platform/PreferenceStore.h"
+#include "platform/ScriptHost.h"
 #include "platform/SystemPropertyList.h"
 #include "platform/Unicode.h"
 #include "platform/Workspace.h"
@@ -34,7 +36,8 @@ struct BundleInformation {
   QString resourceFolder;
 };
 
-/// All that the system asks of the machine. The services are owned by whoever made the platform and outlive it.
+/// All that the system asks of the machine. The services are owned by whoever made the platform and outlive
+/// it.
 struct Platform {
   Clock *clock = nullptr;
   MainLoop *mainLoop = nullptr;
@@ -44,6 +47,10 @@ struct Platform {
   Workspace *workspace = nullptr;
   FileFacts *fileFacts = nullptr;
   Images *images = nullptr;
+  /// Null where there is no way to speak to a music application.
+  ScriptHost *scriptHost = nullptr;
+  /// Null where the library can be read from its file alone.
+  LibraryFramework *libraryFramework = nullptr;
   Folders folders;
   BundleInformation bundle;
 };

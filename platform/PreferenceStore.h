@@ -6,7 +6,8 @@
 
 #include "values/Value.h"
 
-/// Settings that outlive the process: named domains, each a set of keys with property-list values. Any thread.
+/// Settings that outlive the process: named domains, each a set of keys with property-list values. Any
+/// thread.
 class PreferenceStore {
  public:
   virtual ~PreferenceStore() = default;

@@ -15,6 +15,7 @@ class SystemPropertyList {
   /// The tree, all containers mutable; null with a text in `error` when the bytes are refused. Bytes that are
   /// nested too deep or would unfold beyond a multiple of their size are refused.
   virtual Value parse(QByteArrayView bytes, QString *error) const = 0;
-  /// The tree in the given format; no bytes with a text in `error` when that fails. Nothing inside is left out.
+  /// The tree in the given format; no bytes with a text in `error` when that fails. Nothing inside is left
+  /// out.
   virtual QByteArray write(const Value &root, Format format, QString *error) const = 0;
 };

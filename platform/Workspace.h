@@ -2,6 +2,14 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <vector>
+
+/// An application that runs in the user's session.
+struct RunningApplication {
+  QString bundleIdentifier;
+  QString name;
+};
 
 /// The user's session and its applications. Any thread.
 class Workspace {
@@ -20,4 +28,17 @@ class Workspace {
   /// The folders of the user's trash whose names do not begin with ".Trash" themselves; absolute, without a
   /// slash at the end, whether they stand yet or not. Costs nothing.
   virtual QStringList trashFolders() const = 0;
+
+  /// The applications that run now, as far as this system has to do with them. Cheap.
+  virtual std::vector<RunningApplication> runningApplications() const = 0;
+  /// Starts an application in the background, or leaves one alone that runs already. Does not wait until it
+  /// answers. False if it cannot be started.
+  virtual bool launchApplication(const QString &identifier) = 0;
+  /// From now on tells, on the main thread, of every application that launched or ended; 0 is no
+  /// subscription. Main thread.
+  using Subscription = quint64;
+  virtual Subscription observeApplications(std::function<void(const RunningApplication &)> launched,
+                                           std::function<void(const RunningApplication &)> terminated) = 0;
+  /// Ends a subscription; an ended or unknown one is ignored. Main thread.
+  virtual void stopObserving(Subscription subscription) = 0;
 };

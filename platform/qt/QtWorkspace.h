@@ -14,6 +14,14 @@ class QtWorkspace : public Workspace {
   QString systemDescription() const override;
   bool recycle(const QString &path, QString *error) override;
   QStringList trashFolders() const override;
+  /// This desktop has no music application of its own: none runs, none can be started, nothing is told.
+  std::vector<RunningApplication> runningApplications() const override { return {}; }
+  bool launchApplication(const QString &) override { return false; }
+  Subscription observeApplications(std::function<void(const RunningApplication &)>,
+                                   std::function<void(const RunningApplication &)>) override {
+    return 0;
+  }
+  void stopObserving(Subscription) override {}
 
  private:
   const QString homeTrash;

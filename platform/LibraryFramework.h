@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "values/Date.h"
+
+/// One track as the music application's library knows it. Absent texts are null, absent numbers 0.
+struct LibraryMediaItem {
+  enum class LocationType { Unknown = 0, File = 1, Url = 2, Remote = 3 };
+
+  quint64 persistentID = 0;
+  QString artistName, artistSortName;
+  QString albumTitle, albumSortTitle, albumArtist, albumSortAlbumArtist;
+  quint32 albumTrackCount = 0, albumDiscNumber = 0, albumDiscCount = 0;
+  bool albumIsCompilation = false;
+  QString title, sortTitle, composer, sortComposer, genre, kind, comments, contentRating;
+  std::optional<Date> addedDate, modifiedDate, releaseDate, lastPlayedDate, skipDate;
+  LocationType locationType = LocationType::Unknown;
+  /// A "file:" address as a rule; null where there is none.
+  QString location;
+  /// Milliseconds.
+  quint64 totalTime = 0;
+  quint32 year = 0, trackNumber = 0;
+  /// Kilobits per second, and hertz.
+  quint32 bitrate = 0, sampleRate = 0;
+  quint32 playCount = 0;
+  /// 0 to 100.
+  qint32 rating = 0;
+  bool isVideo = false;
+  /// Bytes.
+  quint64 fileSize = 0;
+};
+
+/// One playlist, without its items.
+struct LibraryPlaylist {
+  enum class Kind { Regular = 0, Smart = 1, Genius = 2, Folder = 3, GeniusMix = 4 };
+
+  quint64 persistentID = 0;
+  QString name;
+  std::optional<quint64> parentID;
+  /// 0 for the user's own.
+  qint64 distinguishedKind = 0;
+  Kind kind = Kind::Regular;
+  bool isVisible = true;
+  bool isAllItemsPlaylist = false;
+  bool isMaster = false;
+  /// How many items it holds.
+  qint64 itemCount = 0;
+};
+
+/// One entry of a playlist.
+struct LibraryPlaylistItem {
+  quint64 persistentID = 0;
+  /// As in `LibraryMediaItem`.
+  QString location;
+};
+
+/// The music application's library, read without the application's help and never written. What it says is as
+/// fresh as the last `reloadData`, or fresher. Any thread, one call at a time. Nothing throws.
+class LibraryFramework {
+ public:
+  virtual ~LibraryFramework() = default;
+  /// Finds the library; asked for once, before all else. An empty answer means that there is one, which may
+  /// still be empty; else the text says why there is none.
+  virtual QString open() = 0;
+  /// Takes in what the application has changed.
+  virtual void reloadData() = 0;
+
+  /// Shows each track in turn until `visit` answers false. The item is valid during the call only.
+  virtual void visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) = 0;
+  /// One track; nothing if it is unknown.
+  virtual std::optional<LibraryMediaItem> mediaItem(quint64 persistentID) = 0;
+  /// All playlists, in the library's order.
+  virtual std::vector<LibraryPlaylist> allPlaylists() = 0;
+  /// Shows the entries of a playlist in their order, with locations only if asked for.
+  virtual void visitItems(quint64 playlistID, bool withLocations,
+                          const std::function<bool(const LibraryPlaylistItem &)> &visit) = 0;
+
+  /// "file:" addresses of the folder of the media and of the folder that holds the library; nothing where the
+  /// library does not say.
+  virtual std::optional<QString> mediaFolderLocation() = 0;
+  virtual std::optional<QString> musicFolderLocation() = 0;
+
+  /// True if the track has a picture.
+  virtual bool hasArtworkAvailable(quint64 persistentID) = 0;
+  /// The bytes of the track's first picture; none if it has none.
+  virtual QByteArray artwork(quint64 persistentID) = 0;
+};
