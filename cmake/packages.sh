@@ -3,7 +3,7 @@
 # The Debian 12 packages that building and testing need.
 build_packages=(
   cmake ninja-build g++ pkg-config
-  qt6-base-dev libgl1-mesa-dev
+  qt6-base-dev libgl1-mesa-dev libqt6sql6-sqlite
   libplist-dev libzip-dev zlib1g-dev libicu-dev
   libgtest-dev libbenchmark-dev libtag1-dev
   fonts-dejavu-core
