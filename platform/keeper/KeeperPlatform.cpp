@@ -1,0 +1,17 @@
+#include "platform/keeper/KeeperPlatform.h"
+
+KeeperPlatform::KeeperPlatform(Launching launching, const QString &program)
+    : outer(platform()),
+      place(KeeperPlace::ofUser(outer.folders.temporary)),
+      launcher(program),
+      workspace(outer.workspace, place, &launcher),
+      scriptHost(place, launching == Launching::WhenNeeded ? &launcher : nullptr),
+      current(outer) {
+  current.workspace = &workspace;
+  current.scriptHost = &scriptHost;
+  setPlatform(current);
+}
+
+KeeperPlatform::~KeeperPlatform() {
+  setPlatform(outer);
+}
