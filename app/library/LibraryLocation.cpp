@@ -5,11 +5,11 @@
 #include <QFileInfo>
 #include <mutex>
 
-#include "app/library/FileAddress.h"
 #include "app/library/LibraryFile.h"
-#include "app/library/TopLevelDirectories.h"
+#include "platform/FileAddress.h"
 #include "platform/Platform.h"
 #include "support/BMLog.h"
+#include "support/TopLevelDirectories.h"
 #include "values/Keys.h"
 
 namespace {

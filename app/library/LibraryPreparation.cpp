@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/library/DistinctValues.h"
-#include "app/library/FileAddress.h"
+#include "platform/FileAddress.h"
 #include "text/Simplified.h"
 #include "values/Keys.h"
 

@@ -3,8 +3,8 @@
 #include <QDir>
 #include <filesystem>
 
-#include "app/library/FileAddress.h"
 #include "app/library/LibraryFile.h"
+#include "platform/FileAddress.h"
 #include "tests/fixtures/TestPlatform.h"
 #include "values/Keys.h"
 

@@ -1,4 +1,4 @@
-#include "app/library/FileAddress.h"
+#include "platform/FileAddress.h"
 
 #include <QStringDecoder>
 

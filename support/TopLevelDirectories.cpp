@@ -1,4 +1,4 @@
-#include "app/library/TopLevelDirectories.h"
+#include "support/TopLevelDirectories.h"
 
 namespace {
 
