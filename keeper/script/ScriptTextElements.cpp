@@ -32,7 +32,8 @@ qsizetype placeOf(const QString &text, qint64 number) {
 std::vector<Stretch> characters(const QString &text) {
   std::vector<Stretch> found;
   found.reserve(size_t(text.size()));
-  for (qsizetype at = 0; at < text.size(); at += found.back().length) found.push_back({at, unitsAt(text, at)});
+  for (qsizetype at = 0; at < text.size(); at += found.back().length)
+    found.push_back({at, unitsAt(text, at)});
   return found;
 }
 
@@ -123,7 +124,8 @@ Stretch scriptText::characterStretch(const QString &text, qint64 from, qint64 to
   return {first, last + unitsAt(text, last) - first};
 }
 
-std::vector<Stretch> scriptText::stretches(const QString &text, Element element, const ScriptTextRules &rules) {
+std::vector<Stretch> scriptText::stretches(const QString &text, Element element,
+                                           const ScriptTextRules &rules) {
   if (text.isEmpty()) return {};
   switch (element) {
     case Element::Character:
