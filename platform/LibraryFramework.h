@@ -4,6 +4,7 @@
 #include <QString>
 #include <functional>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "values/Date.h"
@@ -60,22 +61,29 @@ struct LibraryPlaylistItem {
 };
 
 /// The music application's library, read without the application's help and never written. What it says is as
-/// fresh as the last `reloadData`, or fresher. Any thread, one call at a time. Nothing throws.
+/// fresh as the last `reloadData`, or fresher. Any thread, several at once. Nothing throws.
 class LibraryFramework {
  public:
   virtual ~LibraryFramework() = default;
   /// Finds the library; asked for once, before all else. An empty answer means that there is one, which may
-  /// still be empty; else the text says why there is none.
+  /// still be empty and fill at `reloadData`; else the text says why there can be none.
   virtual QString open() = 0;
   /// Takes in what the application has changed.
   virtual void reloadData() = 0;
+  /// The moment up to which the library's file holds all that the application has acknowledged; nothing where
+  /// the file's modification date has to tell.
+  virtual std::optional<Date> savedUntil() { return std::nullopt; }
 
+  /// How many tracks the library has.
+  virtual qsizetype mediaItemCount() = 0;
   /// Shows each track in turn until `visit` answers false. The item is valid during the call only.
   virtual void visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) = 0;
   /// One track; nothing if it is unknown.
   virtual std::optional<LibraryMediaItem> mediaItem(quint64 persistentID) = 0;
   /// All playlists, in the library's order.
   virtual std::vector<LibraryPlaylist> allPlaylists() = 0;
+  /// The playlists that a track is in.
+  virtual std::set<quint64> playlistsContaining(quint64 trackID) = 0;
   /// Shows the entries of a playlist in their order, with locations only if asked for.
   virtual void visitItems(quint64 playlistID, bool withLocations,
                           const std::function<bool(const LibraryPlaylistItem &)> &visit) = 0;

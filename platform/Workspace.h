@@ -3,12 +3,22 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <optional>
 #include <vector>
 
 /// An application that runs in the user's session.
 struct RunningApplication {
   QString bundleIdentifier;
   QString name;
+};
+
+/// What keeps the music application's library from being whole for a while.
+struct LibraryImport {
+  /// The file that is read.
+  QString file;
+  /// Tracks taken in so far, and in all; 0 while that is unknown.
+  qint64 done = 0;
+  qint64 total = 0;
 };
 
 /// The user's session and its applications. Any thread.
@@ -34,6 +44,9 @@ class Workspace {
   /// Starts an application in the background, or leaves one alone that runs already. Does not wait until it
   /// answers. False if it cannot be started.
   virtual bool launchApplication(const QString &identifier) = 0;
+  /// The import that the running music application is at; nothing if it does something else, does not run or
+  /// does not say within a quarter of a second.
+  virtual std::optional<LibraryImport> libraryImport() const { return std::nullopt; }
   /// From now on tells, on the main thread, of every application that launched or ended; 0 is no
   /// subscription. Main thread.
   using Subscription = quint64;

@@ -55,6 +55,46 @@ inline const Key TrackType{u"Track Type"};
 inline const Key Location{u"Location"};
 inline const Key Grouping{u"Grouping"};
 
+// A track, as scripts read and change it.
+inline const Key SkipCount{u"Skip Count"};
+inline const Key RatingComputed{u"Rating Computed"};
+inline const Key AlbumRatingComputed{u"Album Rating Computed"};
+inline const Key Disabled{u"Disabled"};
+inline const Key Loved{u"Loved"};
+inline const Key Favorited{u"Favorited"};
+inline const Key Disliked{u"Disliked"};
+inline const Key AlbumLoved{u"Album Loved"};
+inline const Key AlbumDisliked{u"Album Disliked"};
+inline const Key StartTime{u"Start Time"};
+inline const Key StopTime{u"Stop Time"};
+inline const Key Bookmark{u"Bookmark"};
+inline const Key VolumeAdjustment{u"Volume Adjustment"};
+inline const Key Equalizer{u"Equalizer"};
+inline const Key Description{u"Description"};
+inline const Key LongDescription{u"Long Description"};
+inline const Key Category{u"Category"};
+inline const Key Series{u"Series"};
+inline const Key SortSeries{u"Sort Series"};
+inline const Key Season{u"Season"};
+inline const Key Episode{u"Episode"};
+inline const Key EpisodeOrder{u"Episode Order"};
+inline const Key PartOfGaplessAlbum{u"Part Of Gapless Album"};
+inline const Key SkipWhenShuffling{u"Skip When Shuffling"};
+inline const Key RememberPosition{u"Remember Position"};
+inline const Key Unplayed{u"Unplayed"};
+inline const Key Work{u"Work"};
+inline const Key MovementName{u"Movement Name"};
+inline const Key MovementNumber{u"Movement Number"};
+inline const Key MovementCount{u"Movement Count"};
+inline const Key MusicVideo{u"Music Video"};
+inline const Key Movie{u"Movie"};
+inline const Key TVShow{u"TV Show"};
+inline const Key Podcast{u"Podcast"};
+inline const Key Audiobook{u"Audiobook"};
+inline const Key ITunesU{u"iTunesU"};
+inline const Key Shared{u"Shared"};
+inline const Key PlaylistID{u"Playlist ID"};
+
 // A track, as this system adds to it.
 inline const Key Path{u"Path"};
 inline const Key simplifiedArtist{u"simplifiedArtist"};
@@ -117,6 +157,13 @@ inline const Key PlaylistItems{u"Playlist Items"};
 inline const Key Folder{u"Folder"};
 inline const Key SmartInfo{u"Smart Info"};
 inline const Key Master{u"Master"};
+inline const Key TrackPersistentID{u"Track Persistent ID"};
+inline const Key ParentPersistentID{u"Parent Persistent ID"};
+inline const Key DistinguishedKind{u"Distinguished Kind"};
+inline const Key Genius{u"Genius"};
+inline const Key GeniusMix{u"GeniusMix"};
+inline const Key Visible{u"Visible"};
+inline const Key AllItems{u"All Items"};
 
 // The resources dictionary.
 inline const Key simplifiers{u"simplifiers"};
