@@ -2,67 +2,41 @@
 
 namespace iTunesInterface {
 
-const MusicApplication &musicApplication() {
-  static const MusicApplication application{QStringLiteral("iTunes"), QStringLiteral("com.apple.iTunes"),
-                                            QStringLiteral("com.apple.iTunes"),
-                                            QStringLiteral("Database Location"), false};
-  return application;
+void dirtyLibrary() {
+  iTunesLibInterface::dirtyLibrary();
 }
-
-QString musicAppName() {
-  return musicApplication().name;
-}
-
-QString musicAppIdentifier() {
-  return musicApplication().identifier;
-}
-
-bool haveBridge() {
-  return false;
-}
-
-bool isMusicAppRunning() {
-  return true;
-}
-
-bool isMusicAppInstalled() {
-  return true;
-}
-
-std::optional<QString> versionString() {
-  return std::nullopt;
-}
-
-int iTunesMajorVersion() {
-  return 0;
-}
-
-void writeLibraryNow() {}
-
-void dirtyLibrary() {}
 
 bool haveDirectLibraryAccess() {
-  return false;
+  return iTunesLibInterface::canAccessLibrary();
 }
 
 QString musicLibraryMediaPath() {
-  return {};
+  return iTunesLibInterface::musicLibraryMediaPath();
 }
 
 QString musicLibraryMostCommonParentMediaPath() {
-  return {};
+  return iTunesLibInterface::musicLibraryMostCommonParentMediaPath();
 }
 
-QString pathOfCurrentlyPlayingTrack() {
-  return {};
+Array getDirectPlaylists() {
+  return iTunesLibInterface::getPlaylists();
 }
 
-void pausePlaying() {}
+int artworkAvailableForPersistentID(const QString &pid) {
+  return iTunesLibInterface::artworkAvailableForPersistentID(pid);
+}
 
-void resumePlaying() {}
+QByteArray artworkForPersistentID(const QString &pid) {
+  return iTunesLibInterface::artworkForPersistentID(pid);
+}
 
-std::optional<QString> refreshAndGetPathOfSongWithPID(const QString &) {
-  return std::nullopt;
+std::optional<PlaylistSurvey>
+playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNamesPrefixedWith(
+    qint64 minCount, const QString &trackPID, const QStringList &ignoredNames,
+    const QStringList &ignoredPrefixes) {
+  return iTunesLibInterface::
+      playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNamesPrefixedWith(
+          minCount, trackPID, ignoredNames, ignoredPrefixes);
 }
 
 }  // namespace iTunesInterface

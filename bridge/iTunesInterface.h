@@ -1,41 +1,21 @@
 #pragma once
 
-#include <QString>
-#include <optional>
+// All conversation with the music application, room by room. Further operations of this name stand in
+// app/library/, with the library's file and its place.
+#include "bridge/ApplicationScripts.h"
+#include "bridge/ArtworkScripts.h"
+#include "bridge/MusicApplication.h"
+#include "bridge/NamedScripts.h"
+#include "bridge/PlayingScripts.h"
+#include "bridge/PlaylistScripts.h"
+#include "bridge/Responsiveness.h"
+#include "bridge/ScriptRunner.h"
+#include "bridge/TrackScripts.h"
+#include "bridge/iTunesLibInterface.h"
 
-/// All conversation with the music application. Further operations of this name stand in app/library/, with
-/// the library's file and its place. Any thread.
 namespace iTunesInterface {
 
-/// What tells one music application from another.
-struct MusicApplication {
-  QString name;
-  QString identifier;
-  QString preferenceDomain;
-  /// The key of the domain that names the library's place.
-  QString libraryKey;
-  /// The newer of the two applications: its library lies in "Music/Music".
-  bool isNewSystem = false;
-};
-
-/// The application that this system works with.
-const MusicApplication &musicApplication();
-QString musicAppName();
-QString musicAppIdentifier();
-
-/// True if there is a way to speak to the music application at all.
-bool haveBridge();
-/// Without a bridge it counts as running: nothing waits for what cannot be asked.
-bool isMusicAppRunning();
-bool isMusicAppInstalled();
-/// The application's version; nothing if it does not answer or there is no bridge.
-std::optional<QString> versionString();
-/// The version's first number, kept once it is above 0; 0 while it is unknown.
-int iTunesMajorVersion();
-
-/// Asks the application to write its library file. Without a bridge nothing happens.
-void writeLibraryNow();
-/// Notes that the program has changed the library.
+/// Notes that the program has changed the library: the next question by direct access waits for the change.
 void dirtyLibrary();
 /// True if the library can be read without its file.
 bool haveDirectLibraryAccess();
@@ -43,13 +23,15 @@ bool haveDirectLibraryAccess();
 QString musicLibraryMediaPath();
 /// The folder that holds most of the tracks' files, by direct access; empty if there is none.
 QString musicLibraryMostCommonParentMediaPath();
+/// All playlists by direct access; null without it.
+Array getDirectPlaylists();
 
-/// The file of the track that is playing; null if none plays or nobody answers.
-QString pathOfCurrentlyPlayingTrack();
-void pausePlaying();
-void resumePlaying();
-/// Has the application look at a track's file again: the path that it has now, a text that begins with "error",
-/// or nothing if nobody answers.
-std::optional<QString> refreshAndGetPathOfSongWithPID(const QString &pid);
+/// As in `iTunesLibInterface`.
+int artworkAvailableForPersistentID(const QString &pid);
+QByteArray artworkForPersistentID(const QString &pid);
+std::optional<PlaylistSurvey>
+playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNamesPrefixedWith(
+    qint64 minCount, const QString &trackPID, const QStringList &ignoredNames,
+    const QStringList &ignoredPrefixes);
 
 }  // namespace iTunesInterface

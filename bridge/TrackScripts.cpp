@@ -1,0 +1,89 @@
+#include "bridge/TrackScripts.h"
+
+#include <QtEndian>
+
+#include "bridge/NamedScripts.h"
+#include "bridge/Responsiveness.h"
+#include "bridge/ScriptRunner.h"
+#include "support/Hexadecimal.h"
+
+namespace iTunesInterface {
+
+namespace {
+
+/// The text in the machine's own UTF-16 behind a byte-order mark: digits alone, which no script can trip
+/// over.
+QString hexadecimalOf(const QString &text) {
+  const QString marked = QChar(QChar::ByteOrderMark) + text;
+  return hexadecimalStringRepresentation(QByteArrayView(reinterpret_cast<const char *>(marked.utf16()),
+                                                        marked.size() * qsizetype(sizeof(char16_t))));
+}
+
+QString fieldOfTrackByIndex(const QString &field, qint32 index, const QString &playlist) {
+  return formatText(QStringLiteral("tell app \"iTunes\"\rreturn %@ of track %d of playlist \"%@\"\rend tell"),
+                    {field, index, playlist});
+}
+
+}  // namespace
+
+std::optional<QString> refreshAndGetPathOfSongWithPID(const QString &pid) {
+  if (pid.isEmpty() || !isMusicAppRunning()) return std::nullopt;
+  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Track_Refresh"), pid);
+}
+
+std::optional<QString> refreshAndGetPathOfSongWithIDInPlaylist(qint32 id, const QString &playlist) {
+  if (id <= 0 || !isMusicAppRunning()) return std::nullopt;
+  const QString place = playlist.isNull() ? QStringLiteral("1") : u'"' + playlist + u'"';
+  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_refresh_dbid"), place, id);
+}
+
+std::optional<QString> refreshAndGetPathOfSongWithTitleArtist(const QString &title, const QString &artist) {
+  if (title.isEmpty() || artist.isEmpty() || !isMusicAppRunning()) return std::nullopt;
+  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_refresh_title_artist"), title, artist);
+}
+
+std::optional<QString> changeValueInTrackWithPIDOfTypeToValue(const QString &pid, const QString &type,
+                                                              const QString &value) {
+  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Track_Rename"), pid, hexadecimalOf(value), type,
+                                       type, type, type);
+}
+
+std::optional<QString> mergePlayedFromTrackWithPIDToTrackWithPID(const QString &fromPID,
+                                                                 const QString &toPID) {
+  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_merge"), fromPID, toPID);
+}
+
+std::optional<QString> doCopyInfoFromTrackPIDToTrackPid(const QString &fromPID, const QString &toPID) {
+  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Track_info_copy"), fromPID, toPID);
+}
+
+std::optional<QString> reunitePathWithPID(const QString &path, const QString &pid) {
+  if (!isMusicAppRunning() || path.isEmpty() || pid.isEmpty()) return std::nullopt;
+  return stringFromCompiledFunctionParams(QStringLiteral("reunitePathWithPID"), {path, pid});
+}
+
+std::optional<QString> addToiTunesSongAtPathToPlaylistNamed(const QString &path, const QString &playlist) {
+  if (!isMusicAppRunning() || path.isEmpty()) return std::nullopt;
+  return stringFromCompiledFunctionParams(QStringLiteral("addPathToiTunesPlaylist"), {path, playlist});
+}
+
+std::optional<QString> removeSongWithPID(const QString &pid) {
+  return stringFromCompiledFunctionParams(QStringLiteral("removeTrackWithPID"), {pid});
+}
+
+qint32 intValueOfFieldOfTrackIndexOfPlayList(const QString &field, qint32 index, const QString &playlist) {
+  return intFromScript(fieldOfTrackByIndex(field, index, playlist));
+}
+
+std::optional<QString> valueOfFieldOfTrackIndexOfPlayList(const QString &field, qint32 index,
+                                                          const QString &playlist) {
+  return stringFromScript(fieldOfTrackByIndex(field, index, playlist));
+}
+
+std::optional<QString> valueOfFieldOfTrackNamed(const QString &field, const QString &name) {
+  return stringFromScript(formatText(
+      QStringLiteral("tell app \"iTunes\"\rreturn %@ of track \"%@\" of playlist \"Library\"\rend tell"),
+      {field, name}));
+}
+
+}  // namespace iTunesInterface

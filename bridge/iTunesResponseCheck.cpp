@@ -1,0 +1,31 @@
+#include "bridge/iTunesResponseCheck.h"
+
+#include "bridge/ApplicationScripts.h"
+#include "bridge/BridgeState.h"
+#include "platform/Platform.h"
+
+void iTunesResponseCheck::threadediTunesScriptExecution(const QString &source) {
+  {
+    const std::lock_guard guard(lock);
+    mResult.reset();
+  }
+  ScriptOutcome outcome;
+  {
+    const std::lock_guard guard(bridgeState().timedScripts);
+    outcome = platform().scriptHost->run(source);
+  }
+  if (outcome.failure) outcome.result.reset();
+  if (!outcome.failure && !outcome.result) return;
+  const std::lock_guard guard(lock);
+  mResult = std::move(outcome);
+}
+
+std::optional<ScriptOutcome> iTunesResponseCheck::resultDescriptor() const {
+  const std::lock_guard guard(lock);
+  return mResult;
+}
+
+void iTunesResponseCheck::threadediTunesResponseCheck() {
+  const std::optional<QString> version = iTunesInterface::versionString();
+  bridgeState().responseState = version && !version->isEmpty() ? 1 : -1;
+}

@@ -1,0 +1,1 @@
+if application "iTunes" is running then tell application "iTunes" to quit
