@@ -173,6 +173,11 @@ inline const Key kinds{u"kinds"};
 inline const Key oddNameArtists{u"oddNameArtists"};
 inline const Key oddNameAlbums{u"oddNameAlbums"};
 
+// Why a script failed.
+inline const Key scriptErrorNumber{u"NSAppleScriptErrorNumber"};
+inline const Key scriptErrorMessage{u"NSAppleScriptErrorMessage"};
+inline const Key scriptErrorRange{u"NSAppleScriptErrorRange"};
+
 // A saved layout of a table's columns.
 inline const Key columnKey{u"key"};
 inline const Key columnWidth{u"width"};
