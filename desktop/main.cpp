@@ -3,9 +3,9 @@
 
 #include "desktop/DesktopView.h"
 #include "desktop/GuardedApplication.h"
-#include "desktop/TerminationSignals.h"
 #include "platform/HeapRoom.h"
 #include "platform/qt/QtPlatform.h"
+#include "platform/qt/TerminationSignals.h"
 #include "program/Application.h"
 #include "support/BMLog.h"
 

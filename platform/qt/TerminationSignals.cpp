@@ -1,4 +1,4 @@
-#include "desktop/TerminationSignals.h"
+#include "platform/qt/TerminationSignals.h"
 
 #include <sys/socket.h>
 #include <unistd.h>
