@@ -11,6 +11,12 @@ inline const Key Playlists{u"Playlists"};
 inline const Key MusicFolder{u"Music Folder"};
 inline const Key MediaFolder{u"Media Folder"};
 inline const Key LibraryPersistentID{u"Library Persistent ID"};
+inline const Key MajorVersion{u"Major Version"};
+inline const Key MinorVersion{u"Minor Version"};
+inline const Key LibraryDate{u"Date"};
+inline const Key ApplicationVersion{u"Application Version"};
+inline const Key Features{u"Features"};
+inline const Key ShowContentRatings{u"Show Content Ratings"};
 
 // A track, as the library supplies it.
 inline const Key TrackID{u"Track ID"};

@@ -42,14 +42,21 @@ class EntryTable {
  private:
   friend class LibraryImport;
   friend class TrackTable;
+  friend class PlaylistTable;
   struct Held {
     PlaylistRow playlist = PlaylistRow::None;
     std::vector<PlaylistEntry> entries;
   };
   Held &hold(PlaylistRow playlist);
-  void forget(PlaylistRow playlist);
+  Held *find(PlaylistRow playlist);
+  void drop(PlaylistRow playlist);
+  /// Forgets the entries of tracks that are gone.
+  void dropTracks(std::span<const TrackRow> gone);
+  qint64 lastPosition(PlaylistRow playlist);
+  void limit();
 
   StoreDatabase &database;
   /// The one asked for last stands first.
   std::list<Held> held;
+  std::unordered_map<PlaylistRow, qsizetype> counts;
 };

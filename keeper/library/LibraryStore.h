@@ -64,10 +64,13 @@ class LibraryStore {
  private:
   friend class StoreBatch;
   friend class LibraryImport;
+  void prepare(const QString &folder);
+  void createLibrary(const QString &folder);
+
   std::unique_ptr<StoreDatabase> base;
-  std::unique_ptr<TrackTable> trackTable;
-  std::unique_ptr<PlaylistTable> playlistTable;
   std::unique_ptr<EntryTable> entryTable;
+  std::unique_ptr<PlaylistTable> playlistTable;
+  std::unique_ptr<TrackTable> trackTable;
 };
 
 /// Makes all changes of its lifetime one transaction. Without `commit` they are all undone. Batches may nest:
@@ -75,7 +78,9 @@ class LibraryStore {
 class StoreBatch {
  public:
   explicit StoreBatch(LibraryStore &store);
-  explicit StoreBatch(StoreDatabase &database);
+  /// `FirstOfAll` for the one that makes the tables.
+  enum class Kind { Usual, FirstOfAll };
+  explicit StoreBatch(StoreDatabase &database, Kind kind = Kind::Usual);
   ~StoreBatch();
   StoreBatch(const StoreBatch &) = delete;
   StoreBatch &operator=(const StoreBatch &) = delete;

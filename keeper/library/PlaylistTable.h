@@ -1,17 +1,17 @@
 #pragma once
 
-#include <functional>
 #include <span>
 
 #include "keeper/library/StoreRows.h"
 
+class EntryTable;
 class StoreDatabase;
 
 /// The playlists of a store, in the library's order, without their entries. Holds what `PlaylistInfo` says of
 /// each in memory. A row that is gone reads as nothing. All other rules are those of `LibraryStore`.
 class PlaylistTable {
  public:
-  explicit PlaylistTable(StoreDatabase &database);
+  PlaylistTable(StoreDatabase &database, EntryTable &entries);
 
   /// All playlists, folders among them. Valid until the next change.
   const std::vector<PlaylistInfo> &all();
@@ -56,6 +56,7 @@ class PlaylistTable {
   void write(PlaylistRow row, const Dictionary &record);
 
   StoreDatabase &database;
+  EntryTable &entries;
   std::vector<PlaylistInfo> infos;
   bool isLoaded = false;
 };

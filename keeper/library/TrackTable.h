@@ -1,11 +1,11 @@
 #pragma once
 
+#include <QVariant>
 #include <functional>
 #include <span>
 
 #include "keeper/library/StoreRows.h"
 
-class RecordKeys;
 class StoreDatabase;
 class EntryTable;
 class PlaylistTable;
@@ -14,7 +14,7 @@ class PlaylistTable;
 /// gone reads as nothing: empty answers, no throw. All other rules are those of `LibraryStore`.
 class TrackTable {
  public:
-  explicit TrackTable(StoreDatabase &database);
+  TrackTable(StoreDatabase &database, PlaylistTable &playlists, EntryTable &entries);
 
   qsizetype count();
   /// All tracks. Valid until the next change.
@@ -69,8 +69,11 @@ class TrackTable {
   TrackRows query(const QString &condition, const QVariantList &values);
   /// Writes a track whose keys already have their IDs.
   TrackRow insert(const Dictionary &record, quint64 persistentID, qint64 databaseID, const QString &member);
+  void update(TrackRow row, const Dictionary &before, const Dictionary &after);
 
   StoreDatabase &database;
+  PlaylistTable &playlists;
+  EntryTable &entries;
   TrackRows order;
   bool isLoaded = false;
 };

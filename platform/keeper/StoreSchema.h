@@ -60,6 +60,7 @@ inline const std::array kCreate = {
                    "name TEXT, artist TEXT, location TEXT, flags INTEGER NOT NULL, record BLOB NOT NULL)"),
     QStringLiteral("CREATE INDEX tracks_name ON tracks (name, artist)"),
     QStringLiteral("CREATE INDEX tracks_artist ON tracks (artist)"),
+    QStringLiteral("CREATE INDEX tracks_flags ON tracks (flags)"),
     QStringLiteral("CREATE INDEX tracks_location ON tracks (location) WHERE location IS NOT NULL"),
     QStringLiteral("CREATE TABLE playlists (id INTEGER PRIMARY KEY AUTOINCREMENT, "
                    "persistent_id INTEGER NOT NULL UNIQUE, position INTEGER NOT NULL, parent INTEGER, "
