@@ -6,12 +6,14 @@
 #include "ctl/InspectPlistCommand.h"
 #include "ctl/InspectResourcesCommand.h"
 #include "ctl/InspectTextCommand.h"
+#include "ctl/KeeperCommand.h"
 #include "ctl/LibraryInfoCommand.h"
 #include "ctl/LibraryTracksCommand.h"
 #include "ctl/MarksCommand.h"
 #include "ctl/NamesCommand.h"
 #include "ctl/PrefsCommand.h"
 #include "ctl/ScanCommand.h"
+#include "ctl/ScriptCommand.h"
 #include "ctl/TagsCommand.h"
 #include "ctl/TagsSetCommand.h"
 #include "ctl/TagsStripCommand.h"
@@ -35,6 +37,8 @@ CommandTable::CommandTable() {
   commands.push_back(std::make_unique<LibraryInfoCommand>());
   commands.push_back(std::make_unique<LibraryTracksCommand>());
   commands.push_back(std::make_unique<PrefsCommand>());
+  commands.push_back(std::make_unique<KeeperCommand>());
+  commands.push_back(std::make_unique<ScriptCommand>());
   commands.push_back(std::make_unique<TagsCommand>());
   commands.push_back(std::make_unique<TagsSetCommand>());
   commands.push_back(std::make_unique<TagsStripCommand>());

@@ -21,5 +21,5 @@ class KeeperLauncher {
   std::unique_ptr<ProcessHandle> launch() const;
 
  private:
-  const QString program;
+  QString program;
 };

@@ -5,7 +5,7 @@ KeeperPlatform::KeeperPlatform(Launching launching, const QString &program)
       place(KeeperPlace::ofUser(outer.folders.temporary)),
       launcher(program),
       workspace(outer.workspace, place, &launcher),
-      scriptHost(place, launching == Launching::WhenNeeded ? &launcher : nullptr),
+      scriptHost(place, launching == Launching::WhenNeeded ? std::optional(launcher) : std::nullopt),
       current(outer) {
   current.workspace = &workspace;
   current.scriptHost = &scriptHost;

@@ -1,6 +1,8 @@
 #include "platform/keeper/KeeperScriptHost.h"
 
+#include <mutex>
 #include <thread>
+#include <vector>
 
 #include "platform/keeper/KeeperLock.h"
 #include "platform/keeper/KeeperProtocol.h"
@@ -15,27 +17,50 @@ constexpr int kMostLaunches = 2;
 
 }  // namespace
 
-KeeperScriptHost::KeeperScriptHost(KeeperPlace place_, const KeeperLauncher *launcher_)
-    : place(std::move(place_)), launcher(launcher_) {}
+/// The ways to a keeper.
+class KeeperScriptHost::Door {
+ public:
+  Door(const KeeperPlace &keeperPlace, const std::optional<KeeperLauncher> &keeperLauncher)
+      : place(keeperPlace), launcher(keeperLauncher) {}
+
+  /// A connection that an earlier run has left; null if there is none.
+  std::unique_ptr<KeeperConnection> kept();
+  void keep(std::unique_ptr<KeeperConnection> connection);
+  /// A connection to a keeper that runs, or that is started and waited for; else why there is none.
+  std::unique_ptr<KeeperConnection> connected(ScriptFailure *failure);
+
+ private:
+  const KeeperPlace place;
+  const std::optional<KeeperLauncher> launcher;
+  std::mutex lock;
+  // Guarded by lock.
+  std::vector<std::unique_ptr<KeeperConnection>> idle;
+};
+
+KeeperScriptHost::KeeperScriptHost(const KeeperPlace &place, const std::optional<KeeperLauncher> &launcher)
+    : door(std::make_shared<Door>(place, launcher)) {}
+
+KeeperScriptHost::~KeeperScriptHost() = default;
 
 ScriptOutcome KeeperScriptHost::run(const QString &source) {
   const QByteArray request = keeperProtocol::encodeRequest(keeperProtocol::ScriptRequest{source});
   if (request.size() > keeperProtocol::kMostBytes)
     return keeperProtocol::failed(keeperProtocol::kHandlerFailed, QStringLiteral("The script is too long."));
-  std::unique_ptr<KeeperConnection> connection = kept();
+  const std::shared_ptr<Door> way = door;
+  std::unique_ptr<KeeperConnection> connection = way->kept();
   ScriptFailure failure;
-  if (!connection) connection = connected(&failure);
+  if (!connection) connection = way->connected(&failure);
   if (!connection) return {std::nullopt, failure};
   const auto answer = connection->ask(request);
   const auto outcome = answer ? keeperProtocol::decodeOutcome(*answer) : std::nullopt;
   if (!outcome)
     return keeperProtocol::failed(keeperProtocol::kConnectionInvalid,
                                   QStringLiteral("Connection is invalid."));
-  keep(std::move(connection));
+  way->keep(std::move(connection));
   return *outcome;
 }
 
-std::unique_ptr<KeeperConnection> KeeperScriptHost::kept() {
+std::unique_ptr<KeeperConnection> KeeperScriptHost::Door::kept() {
   const std::lock_guard guard(lock);
   while (!idle.empty()) {
     std::unique_ptr<KeeperConnection> connection = std::move(idle.back());
@@ -45,12 +70,12 @@ std::unique_ptr<KeeperConnection> KeeperScriptHost::kept() {
   return nullptr;
 }
 
-void KeeperScriptHost::keep(std::unique_ptr<KeeperConnection> connection) {
+void KeeperScriptHost::Door::keep(std::unique_ptr<KeeperConnection> connection) {
   const std::lock_guard guard(lock);
   if (idle.size() < kMostIdle) idle.push_back(std::move(connection));
 }
 
-std::unique_ptr<KeeperConnection> KeeperScriptHost::connected(ScriptFailure *failure) {
+std::unique_ptr<KeeperConnection> KeeperScriptHost::Door::connected(ScriptFailure *failure) {
   std::unique_ptr<ProcessHandle> launched;
   for (int launches = 0;; std::this_thread::sleep_for(10ms)) {
     // Asked first: a keeper that frees its lock now has closed its socket before.

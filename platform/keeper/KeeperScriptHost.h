@@ -1,8 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
-#include <vector>
+#include <optional>
 
 #include "platform/ScriptHost.h"
 #include "platform/keeper/KeeperConnection.h"
@@ -12,22 +11,17 @@
 /// takes over. Any thread, several at once.
 class KeeperScriptHost : public ScriptHost {
  public:
-  /// Starts a keeper that does not run by the launcher, which outlives this; without one (null) it is -600.
-  KeeperScriptHost(KeeperPlace place, const KeeperLauncher *launcher);
+  /// Starts a keeper that does not run by the launcher; without one that is -600.
+  KeeperScriptHost(const KeeperPlace &place, const std::optional<KeeperLauncher> &launcher);
+  ~KeeperScriptHost() override;
 
   /// -600 if there is no keeper to start, -10810 if one was started and ended before it served, -609 if the
-  /// keeper went away before its answer was whole. Without a time limit of its own.
+  /// keeper went away before its answer was whole. Without a time limit of its own; a run may outlast this
+  /// object.
   ScriptOutcome run(const QString &source) override;
 
  private:
-  std::unique_ptr<KeeperConnection> kept();
-  void keep(std::unique_ptr<KeeperConnection> connection);
-  /// A connection to a keeper that runs, or that is started and waited for; else why there is none.
-  std::unique_ptr<KeeperConnection> connected(ScriptFailure *failure);
-
-  const KeeperPlace place;
-  const KeeperLauncher *const launcher;
-  std::mutex lock;
-  // Guarded by lock.
-  std::vector<std::unique_ptr<KeeperConnection>> idle;
+  class Door;
+  /// Shared with the runs: one that nobody waits for any more may outlast this.
+  const std::shared_ptr<Door> door;
 };

@@ -1,6 +1,9 @@
 #include "platform/keeper/KeeperWorkspace.h"
 
 #include "platform/keeper/KeeperLock.h"
+#include "platform/keeper/KeeperStatus.h"
+
+using namespace std::chrono_literals;
 
 KeeperWorkspace::KeeperWorkspace(Workspace *desktop_, KeeperPlace place_, const KeeperLauncher *launcher_)
     : desktop(desktop_), place(std::move(place_)), launcher(launcher_) {}
@@ -35,6 +38,21 @@ bool KeeperWorkspace::launchApplication(const QString &identifier) {
   if (identifier != keeper().bundleIdentifier) return desktop->launchApplication(identifier);
   if (KeeperLock::holder(place.lock())) return true;
   return launcher->launch() != nullptr;
+}
+
+LibraryActivity KeeperWorkspace::libraryActivity() const {
+  LibraryActivity activity;
+  if (!KeeperLock::holder(place.lock())) return activity;
+  const auto status = statusOfKeeper(place, 250ms);
+  if (!status) {
+    activity.state = LibraryActivity::State::NoAnswer;
+  } else if (status->importing) {
+    activity.state = LibraryActivity::State::Importing;
+    activity.file = status->importing->file;
+    activity.done = status->importing->done;
+    activity.total = status->importing->total;
+  }
+  return activity;
 }
 
 Workspace::Subscription KeeperWorkspace::observeApplications(

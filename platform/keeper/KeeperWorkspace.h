@@ -22,6 +22,7 @@ class KeeperWorkspace : public Workspace {
 
   std::vector<RunningApplication> runningApplications() const override;
   bool launchApplication(const QString &identifier) override;
+  LibraryActivity libraryActivity() const override;
   Subscription observeApplications(std::function<void(const RunningApplication &)> launched,
                                    std::function<void(const RunningApplication &)> terminated) override;
   void stopObserving(Subscription subscription) override;

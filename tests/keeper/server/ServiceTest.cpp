@@ -49,7 +49,7 @@ TEST_F(KeeperServer, IsOpenToItsOwnUserAlone) {
 }
 
 TEST_F(KeeperServer, AnswersScriptsOfManyThreadsOneAfterAnother) {
-  KeeperScriptHost host(place, nullptr);
+  KeeperScriptHost host(place, std::nullopt);
   std::atomic<int> right = 0;
   std::vector<std::thread> threads;
   for (int i = 0; i < 12; ++i) {
@@ -151,7 +151,7 @@ TEST_F(KeeperServer, TheEndWaitsForTheScriptThatRunsAndDropsTheOthers) {
 }
 
 TEST_F(KeeperServer, AConnectionThatEndsWhileNobodyAsksIsNotAskedAgain) {
-  KeeperScriptHost host(place, nullptr);
+  KeeperScriptHost host(place, std::nullopt);
   EXPECT_TRUE(host.run(QStringLiteral("a")).result);
   service.stop();
   const ScriptOutcome outcome = host.run(QStringLiteral("a"));
@@ -167,7 +167,7 @@ TEST_F(KeeperServer, AKeeperThatGoesAwayInsideItsAnswerIsMinus609) {
     ASSERT_TRUE(other.prepare(nullptr));
     ListeningSocket listener(other);
     std::thread answering([&] { listener.answerOnce(whole.first(sent)); });
-    const ScriptOutcome outcome = KeeperScriptHost(other, nullptr).run(QStringLiteral("a"));
+    const ScriptOutcome outcome = KeeperScriptHost(other, std::nullopt).run(QStringLiteral("a"));
     answering.join();
     ASSERT_TRUE(outcome.failure);
     EXPECT_EQ(outcome.failure->number, kConnectionInvalid) << sent;

@@ -1,0 +1,171 @@
+#include "ctl/KeeperCommand.h"
+
+#include <QFileInfo>
+#include <QProcess>
+#include <thread>
+
+#include "ctl/JsonWriter.h"
+#include "ctl/KeeperSettingsTable.h"
+#include "ctl/Options.h"
+#include "platform/Platform.h"
+#include "platform/keeper/KeeperConnection.h"
+#include "platform/keeper/KeeperLauncher.h"
+#include "platform/keeper/KeeperLock.h"
+#include "platform/keeper/KeeperScriptHost.h"
+#include "platform/keeper/KeeperStatus.h"
+
+using namespace keeperProtocol;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString kMap = QStringLiteral("--map"), kJson = QStringLiteral("--json");
+
+int reported(const QString &message, Terminal &terminal) {
+  terminal.say(message);
+  return exitcode::kReported;
+}
+
+int tell(const ScriptOutcome &outcome, Terminal &terminal) {
+  if (outcome.failure)
+    return reported(QStringLiteral("error %1: %2")
+                        .arg(outcome.failure->number.value_or(0))
+                        .arg(printable(outcome.failure->message)),
+                    terminal);
+  const QString lines = outcome.result ? outcome.result->text : QString();
+  for (const QString &line : lines.split(u'\n', Qt::SkipEmptyParts)) terminal.print(printable(line));
+  return exitcode::kDone;
+}
+
+QString progressOf(const Status::Importing &importing) {
+  const QString of = importing.total > 0 ? QStringLiteral(" of %1").arg(importing.total) : QString();
+  return QStringLiteral("Importing %1: %2%3 tracks")
+      .arg(printable(importing.file))
+      .arg(importing.done)
+      .arg(of);
+}
+
+void printJson(const std::optional<Status> &status, Terminal &terminal) {
+  JsonWriter json(terminal.out);
+  json.beginObject();
+  json.member(u"running", Value(status.has_value()));
+  if (status) {
+    json.member(u"version", Value(status->version));
+    json.member(u"folder", Value(status->folder));
+    json.member(u"pid", Value(status->processID));
+    json.member(u"tracks", Value(status->tracks));
+    json.member(u"playing", Value(status->playing));
+  }
+  if (status && status->importing) {
+    json.key(u"importing");
+    json.beginObject();
+    json.member(u"done", Value(status->importing->done));
+    json.member(u"total", Value(status->importing->total));
+    json.member(u"file", Value(status->importing->file));
+    json.endObject();
+  }
+  json.endObject();
+  json.endLine();
+}
+
+}  // namespace
+
+KeeperCommand::KeeperCommand() : place(KeeperPlace::ofUser(platform().folders.temporary)) {}
+
+int KeeperCommand::run(const QStringList &arguments, Terminal &terminal) {
+  Options options({kJson}, {kMap});
+  QString error;
+  if (!options.parse(arguments, 3, &error)) return wrongUse(error, terminal);
+  const QString verb = options.operands().value(0), first = options.operands().value(1);
+  const qsizetype count = options.operands().size();
+  if (verb == u"settings")
+    return count < 3 ? keepersettings::show(first, terminal)
+                     : keepersettings::change(first, options.operands()[2], terminal);
+  if (verb == u"status" && count == 1) return status(options.has(kJson), terminal);
+  if (verb == u"start" && count == 1) return start(terminal);
+  if (verb == u"stop" && count == 1) return stop(terminal);
+  if (verb == u"import" && count == 2) return importFile(first, options.values(kMap), terminal);
+  if (verb == u"export" && count == 2) return exportFile(first, terminal);
+  return wrongUse(QStringLiteral("say what to do with Music Keeper"), terminal);
+}
+
+int KeeperCommand::status(bool asJson, Terminal &terminal) const {
+  const std::optional<qint64> holder = KeeperLock::holder(place.lock());
+  const auto status = holder ? statusOfKeeper(place, 3s) : std::nullopt;
+  if (holder && !status)
+    return reported(QStringLiteral("Music Keeper (process %1) does not answer").arg(*holder), terminal);
+  if (asJson) {
+    printJson(status, terminal);
+  } else if (!status) {
+    terminal.print(QStringLiteral("Music Keeper does not run"));
+  } else {
+    terminal.print(QStringLiteral("Music Keeper %1, process %2").arg(status->version).arg(status->processID));
+    terminal.print(
+        QStringLiteral("Library: %1, %2 tracks").arg(printable(status->folder)).arg(status->tracks));
+    if (status->importing) terminal.print(progressOf(*status->importing));
+    if (status->playing) terminal.print(QStringLiteral("Playing"));
+  }
+  return status ? exitcode::kDone : exitcode::kReported;
+}
+
+int KeeperCommand::start(Terminal &terminal) const {
+  if (statusOfKeeper(place, 3s)) return exitcode::kDone;
+  const KeeperLauncher launcher(KeeperLauncher::standardProgram());
+  const std::unique_ptr<ProcessHandle> launched = launcher.launch();
+  if (!launched)
+    return reported(QStringLiteral("Music Keeper is not installed beside this program"), terminal);
+  while (!launched->hasEnded() || KeeperLock::holder(place.lock())) {
+    if (statusOfKeeper(place, 1s)) return exitcode::kDone;
+    std::this_thread::sleep_for(20ms);
+  }
+  return reported(QStringLiteral("Music Keeper ended as soon as it was started; its log tells why"),
+                  terminal);
+}
+
+int KeeperCommand::stop(Terminal &terminal) const {
+  const std::optional<qint64> holder = KeeperLock::holder(place.lock());
+  if (!holder) return reported(QStringLiteral("Music Keeper does not run"), terminal);
+  const ProcessHandle process(*holder);
+  const ScriptOutcome outcome =
+      KeeperScriptHost(place, std::nullopt).run(QStringLiteral("tell application \"Music Keeper\" to quit"));
+  // It may have been ending already.
+  const bool wasEnding = outcome.failure && (outcome.failure->number == kNotRunning ||
+                                             outcome.failure->number == kConnectionInvalid);
+  if (outcome.failure && !wasEnding) return tell(outcome, terminal);
+  while (!process.hasEnded()) std::this_thread::sleep_for(20ms);
+  return exitcode::kDone;
+}
+
+int KeeperCommand::importFile(const QString &file, const QStringList &mapping, Terminal &terminal) const {
+  ImportRequest request{QFileInfo(file).absoluteFilePath(), {}};
+  QStringList arguments{QStringLiteral("--import"), request.file};
+  for (const QString &entry : mapping) {
+    if (!entry.contains(u'=')) return wrongUse(QStringLiteral("--map takes OLD=NEW"), terminal);
+    request.mapping.emplace_back(entry.section(u'=', 0, 0), entry.section(u'=', 1));
+    arguments << kMap << entry;
+  }
+  return transfer(request, arguments, terminal);
+}
+
+int KeeperCommand::exportFile(const QString &file, Terminal &terminal) const {
+  const QString path = QFileInfo(file).absoluteFilePath();
+  return transfer(ExportRequest{path}, {QStringLiteral("--export"), path}, terminal);
+}
+
+int KeeperCommand::transfer(const Request &request, const QStringList &arguments, Terminal &terminal) const {
+  if (const auto connection = KeeperConnection::open(place, std::nullopt, nullptr)) {
+    const auto answer = connection->ask(encodeRequest(request));
+    const auto outcome = answer ? decodeOutcome(*answer) : std::nullopt;
+    return tell(outcome.value_or(failed(kConnectionInvalid, QStringLiteral("Music Keeper went away."))),
+                terminal);
+  }
+  QProcess keeper;
+  keeper.start(KeeperLauncher::standardProgram(), arguments + QStringList{QStringLiteral("--once")});
+  if (!keeper.waitForStarted())
+    return reported(QStringLiteral("Music Keeper is not installed beside this program"), terminal);
+  keeper.closeWriteChannel();
+  keeper.waitForFinished(-1);
+  terminal.out << keeper.readAllStandardOutput().toStdString();
+  terminal.err << keeper.readAllStandardError().toStdString();
+  return keeper.exitStatus() == QProcess::NormalExit ? keeper.exitCode() : exitcode::kReported;
+}

@@ -1,0 +1,30 @@
+#include "platform/keeper/KeeperFolder.h"
+
+#include <QFileInfo>
+
+#include "platform/Platform.h"
+#include "platform/keeper/StoreSchema.h"
+
+namespace keeperFolder {
+
+namespace {
+
+const QString kLocation = QStringLiteral("Database Location");
+
+}  // namespace
+
+QString ofUser() {
+  const Value location = platform().preferences->value(kDomain, kLocation);
+  const QString store = location.isText() ? location.toText() : QString();
+  if (QFileInfo(store).isFile()) return QFileInfo(store).absolutePath();
+  return platform().folders.music + QStringLiteral("/iTunes");
+}
+
+void note(const QString &folder) {
+  const QString store = folder + u'/' + storeSchema::kFileName;
+  const Value location = platform().preferences->value(kDomain, kLocation);
+  if (location.isText() && location.toText() == store) return;
+  platform().preferences->setValue(kDomain, kLocation, store);
+}
+
+}  // namespace keeperFolder
