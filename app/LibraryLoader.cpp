@@ -1,5 +1,6 @@
 #include "app/LibraryLoader.h"
 
+#include "app/LaunchChecks.h"
 #include "app/PrefsController.h"
 #include "app/library/LibraryFile.h"
 #include "app/library/LibraryLocation.h"
@@ -38,13 +39,35 @@ QString reasonNoText(const QString &path) {
 }  // namespace
 
 LibraryLoader::LibraryLoader(AppState &appState, Operation &currentOperation,
-                             PrefsController &prefsController)
-    : state(appState), operation(currentOperation), prefsOwner(prefsController) {}
+                             PrefsController &prefsController, LaunchChecks &launchChecks)
+    : state(appState),
+      operation(currentOperation),
+      prefsOwner(prefsController),
+      checks(launchChecks),
+      importWait(appState, currentOperation) {}
 
 void LibraryLoader::doGetDefaultLibraryWhenNewerThan(std::optional<Date> date) {
   if (state.mIsEnding) return;
   if (state.mMusicLibraryBusy) return BMLog("!!! library asked for while it is being loaded");
   iTunesInterface::writeLibraryNow();
+  const bool waits = importWait.begin([this, date] {
+    loadWhenNewerThan(date);
+    if (waiting) std::exchange(waiting, nullptr)();
+  });
+  if (!waits) loadWhenNewerThan(date);
+}
+
+void LibraryLoader::whenLibraryIsWhole(std::function<void()> task) {
+  if (!importWait.isWaiting()) return task();
+  waiting = std::move(task);
+}
+
+void LibraryLoader::loadWhenNewerThan(std::optional<Date> date) {
+  if (checks.warnIfLibraryInaccessible()) {
+    operation.progressSheet().endProgressSheet();
+    state.view.setCancelEnabled(true);
+    return;
+  }
   ProblemView &view = state.view;
   view.setProgressIndeterminate(true);
   view.setProgressText(localizedMessage(QStringLiteral("LoadingLibrary")));
@@ -184,7 +207,9 @@ void LibraryLoader::finishedGettingLibrary(const Loaded &loaded) {
   state.mMusicLibraryBusy = false;
   state.view.libraryDidLoad(tracks);
   if (tracks == 0) return prefsOwner.revealTabWithIdentifier(QStringLiteral("library"));
-  state.commands->doFindProblems();
+  checks.warnIfLowOnScratchSpace();
+  if (!state.mIsEnding) checks.warnAboutTrackCount(tracks);
+  if (!state.mIsEnding) state.commands->doFindProblems();
 }
 
 std::optional<Date> LibraryLoader::currentMusicLibraryDate() const {

@@ -2,6 +2,7 @@
 
 #include <QDir>
 
+#include "app/state/LocalizedAlert.h"
 #include "app/state/OverridePaths.h"
 #include "audio/SongFileInfoCache.h"
 #include "bridge/LocalizedMessage.h"
@@ -24,8 +25,10 @@ MainController::MainController(ProblemView &view)
     : state(view),
       operation(state),
       prefsOwner(state),
-      loader(state, operation, prefsOwner),
-      scans(state, operation, prefsOwner) {}
+      checks(state),
+      loader(state, operation, prefsOwner, checks),
+      scans(state, operation, prefsOwner, checks),
+      watch(state, operation) {}
 
 MainController::~MainController() {
   state.endAllWork();
@@ -34,19 +37,23 @@ MainController::~MainController() {
 
 void MainController::awakeFromNib() {
   logLaunch();
-  if (!checkMusicApplication()) return customTerminate();
+  if (!checkMusicApplication()) return quitNow();
   prefsOwner.awakeFromNib();
   setFirstValues();
+  checks.checkForPresenceOfiTunes();
+  if (state.mIsEnding) return;
   scans.revealFoundProblems(false);
   state.view.validateProblemUI();
   state.view.selectTab(ProblemTab::Duplicates);
   state.view.showProblemWindow();
   tellIfSettingsAreNotKept();
+  watch.startObservingAppChanges();
   if (prefs::isTrue(prefs::noScanAtStartup)) {
     loader.updateLibraryPrefsDisplay();
   } else {
     loader.doGetDefaultLibraryWhenNewerThan(std::nullopt);
   }
+  loader.whenLibraryIsWhole([this] { checks.checkMediaFolder(); });
 }
 
 void MainController::logLaunch() {
@@ -60,14 +67,11 @@ bool MainController::checkMusicApplication() {
   if (!iTunesInterface::haveBridge() || !iTunesInterface::isMusicAppRunning()) return true;
   const std::optional<QString> version = iTunesInterface::versionString();
   BMLog("Music App (\"%@\") Version: %@", iTunesInterface::musicAppName(), version.value_or(QString()));
+  state.mVersionLogged = version.has_value();
   if (version) return true;
-  Alert alert;
-  alert.key = QStringLiteral("iTunesUnresponsiveTitle");
-  alert.title = localizedMessage(alert.key);
-  alert.message = localizedMessage(QStringLiteral("iTunesUnresponsiveMessage"));
-  alert.buttons = {localizedMessage(QStringLiteral("iTunesUnresponsiveQuit"))};
-  alert.critical = true;
-  state.view.runAlert(alert);
+  state.view.runAlert(localizedAlert(QStringLiteral("iTunesUnresponsiveTitle"),
+                                     localizedMessage(QStringLiteral("iTunesUnresponsiveMessage")),
+                                     {QStringLiteral("iTunesUnresponsiveQuit")}, true));
   return false;
 }
 
@@ -83,12 +87,10 @@ void MainController::tellIfSettingsAreNotKept() {
   QString reason;
   if (platform().preferences->synchronize(&reason)) return;
   BMLog("!! preferences not saved: %@", reason);
-  Alert alert;
-  alert.key = QStringLiteral("PrefsNotSavedTitle");
-  alert.title = localizedMessage(alert.key);
-  alert.message = localizedMessage(QStringLiteral("PrefsNotSavedMessage")) + QStringLiteral("\n\n") + reason;
-  alert.buttons = {localizedMessage(QStringLiteral("PrefsNotSavedOK"))};
-  state.view.runAlert(alert);
+  const QString message = localizedMessage(QStringLiteral("PrefsNotSavedMessage"));
+  state.view.runAlert(localizedAlert(QStringLiteral("PrefsNotSavedTitle"),
+                                     message + QStringLiteral("\n\n") + reason,
+                                     {QStringLiteral("PrefsNotSavedOK")}));
 }
 
 void MainController::doCancelOperation(const char *sender) {
@@ -102,9 +104,16 @@ void MainController::customTerminate() {
   if (onTerminate) onTerminate();
 }
 
+void MainController::quitNow() {
+  state.mIsEnding = true;
+  applicationWillTerminate();
+  if (onTerminate) onTerminate();
+}
+
 void MainController::applicationWillTerminate() {
   if (ended) return;
   ended = true;
+  watch.stopObservingAppChanges();
   storeText(prefs::prefsWindowOrigin, prefsWindowOrigin);
   storeText(prefs::problemWinFrame, problemWindowFrame);
   state.ignoredDuplicates.writeIgnoredDuplicatePIDs();

@@ -3,6 +3,8 @@
 #include <QString>
 #include <optional>
 
+#include "app/ApplicationWatch.h"
+#include "app/LaunchChecks.h"
 #include "app/LibraryLoader.h"
 #include "app/PrefsController.h"
 #include "app/ScanDriver.h"
@@ -25,6 +27,8 @@ class MainController {
   void doCancelOperation(const char *sender);
   /// Ends every sheet and then the application, through `onTerminate`.
   void customTerminate();
+  /// Saves what is to be remembered and ends the process, without asking what still runs.
+  void quitNow();
   /// Saves what is to be remembered and ends the log. Once, at the end of the process.
   void applicationWillTerminate();
   /// The application is about to be replaced by an update: no sheet may be shown any more.
@@ -39,6 +43,8 @@ class MainController {
   LibraryLoader &libraryLoader() { return loader; }
   ScanDriver &scanDriver() { return scans; }
   PrefsController &prefsController() { return prefsOwner; }
+  ApplicationWatch &applicationWatch() { return watch; }
+  LaunchChecks &launchChecks() { return checks; }
   Operation &currentOperation() { return operation; }
 
   /// What ends the process's event loop; set by whoever runs it.
@@ -57,8 +63,10 @@ class MainController {
   AppState state;
   Operation operation;
   PrefsController prefsOwner;
+  LaunchChecks checks;
   LibraryLoader loader;
   ScanDriver scans;
+  ApplicationWatch watch;
   bool ended = false;
   MainLoop::TimerID reloadTimer = 0;
 };

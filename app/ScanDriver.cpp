@@ -2,10 +2,12 @@
 
 #include <limits>
 
+#include "app/LaunchChecks.h"
 #include "app/PrefsController.h"
 #include "app/library/LibraryLocation.h"
 #include "app/state/AppState.h"
 #include "app/state/Commands.h"
+#include "app/state/LocalizedAlert.h"
 #include "app/state/Operation.h"
 #include "bridge/LocalizedMessage.h"
 #include "platform/Platform.h"
@@ -33,23 +35,15 @@ constexpr CountKeys kCountKeys[] = {
     {ProblemTab::Missing, u"ProgressMissingSingular", u"ProgressMissingPlural"},
 };
 
-Alert alertOf(const char16_t *titleKey, const QString &message, const QStringList &buttonKeys) {
-  Alert alert;
-  alert.key = QString::fromUtf16(titleKey);
-  alert.title = localizedMessage(alert.key);
-  alert.message = message;
-  for (const QString &key : buttonKeys) alert.buttons.append(localizedMessage(key));
-  return alert;
-}
-
 qint32 truncated(double comparisons) {
   return qint32(qBound(0.0, comparisons, double(std::numeric_limits<qint32>::max())));
 }
 
 }  // namespace
 
-ScanDriver::ScanDriver(AppState &appState, Operation &currentOperation, PrefsController &prefsController)
-    : state(appState), operation(currentOperation), prefsOwner(prefsController) {}
+ScanDriver::ScanDriver(AppState &appState, Operation &currentOperation, PrefsController &prefsController,
+                       LaunchChecks &launchChecks)
+    : state(appState), operation(currentOperation), prefsOwner(prefsController), checks(launchChecks) {}
 
 void ScanDriver::reloadLibraryAndScan() {
   if (state.mWantsToTerminate || state.mMusicLibraryBusy || operation.isBusy()) {
@@ -75,6 +69,13 @@ void ScanDriver::scanLibraryForProblems() {
     BMLog("!!! scanLibraryForProblems invoked while busy");
     return;
   }
+  if (!iTunesInterface::isMusicAppRunning()) {
+    BMLog("!!! scanLibraryForProblems but iTunes isn't running.");
+    return state.commands->launchiTunesAndScanWhenReady();
+  }
+  // The load that comes first ends in a scan.
+  if (state.mMusicLibraryBusy) return BMLog("!!! scanLibraryForProblems invoked during a load");
+  if (!state.library.mLastLibraryDate) return state.commands->doGetDefaultLibraryWhenNewerThan(std::nullopt);
   mLibraryScanBeginTime = platform().clock->now().seconds;
   operation.reserve();
   state.locks.clearAllLocks();
@@ -97,13 +98,22 @@ void ScanDriver::scanLibraryForProblems() {
     state.view.setPhoneticWarningVisible(phonetic || plurals);
     BMLog("scanLibraryForProblems phonetic:%d ignorePlurals:%d", int(phonetic), int(plurals));
   };
-  plan.beforeWorkers = [this] { forgetEarlierScan(); };
+  plan.beforeWorkers = [this] {
+    launchIfGone();
+    forgetEarlierScan();
+  };
   plan.workers = {{QStringLiteral("scanLibraryForDuplicatesThread"), threads.scanLibraryForDuplicatesThread},
                   {QStringLiteral("scanLibraryForInconsistentNamesThread"),
                    threads.scanLibraryForInconsistentNamesThread},
                   {QStringLiteral("scanLibraryForMissingAndOrphansThread"),
                    threads.scanLibraryForMissingAndOrphansThread}};
   operation.start(plan);
+}
+
+void ScanDriver::launchIfGone() {
+  if (iTunesInterface::isMusicAppRunning()) return;
+  if (!platform().workspace->launchApplication(iTunesInterface::musicAppIdentifier()))
+    BMLog("!!! %@ cannot be launched", iTunesInterface::musicAppName());
 }
 
 void ScanDriver::clearLists() {
@@ -151,13 +161,17 @@ void ScanDriver::forgetEarlierScan() {
 }
 
 void ScanDriver::updateScanLibrary() {
+  state.health.checkForUnauthorizedAppleEvents();
   const OperationState &scan = state.operation;
   const bool completed = scan.mCompletedOperation && scan.mCompletedFindInconsistentNames &&
                          scan.mCompletedFindMissingAndOrphans;
   if (scan.mCancelOperation || completed) return endScan();
   const double comparisons = scan.mNumberOfComparisons;
   // The store truncates and the test does not: only a value that stands on a whole number counts as quiet.
-  if (comparisons == double(lastComparisons)) return;
+  if (comparisons == double(lastComparisons)) {
+    constexpr float kQuietSeconds = 6;
+    return state.health.noteIfiTunesIsUnresponsiveAfterSecs(kQuietSeconds);
+  }
   lastComparisons = truncated(comparisons);
   showScanProgress();
 }
@@ -204,12 +218,14 @@ void ScanDriver::presentResults() {
   const QString reason = state.operation.cancelOperationReason();
   if (!reason.isEmpty()) return presentReason(reason);
   revealFoundProblems(true);
+  checks.warnIfLowOnScratchSpace();
 }
 
 void ScanDriver::presentNoProblems() {
   const QString message = localizedMessage(QStringLiteral("NoProblemsMessage"));
-  const Alert alert = alertOf(u"NoProblemsTitle", message,
-                              {QStringLiteral("NoProblemsDismiss"), QStringLiteral("NoProblemsPreferences")});
+  const Alert alert =
+      localizedAlert(QStringLiteral("NoProblemsTitle"), message,
+                     {QStringLiteral("NoProblemsDismiss"), QStringLiteral("NoProblemsPreferences")});
   if (state.view.runAlert(alert) != 1) return;
   platform().mainLoop->post(
       tasks.guarded([this] { prefsOwner.revealTabWithIdentifier(QStringLiteral("dupe")); }));
@@ -218,8 +234,8 @@ void ScanDriver::presentNoProblems() {
 void ScanDriver::presentReason(const QString &reason) {
   const QString message =
       localizedMessage(QStringLiteral("ScanErrorMessage")) + QStringLiteral("\n\n") + reason;
-  Alert alert = alertOf(u"ScanErrorTitle", message, {QStringLiteral("ScanErrorButton")});
-  alert.critical = true;
+  const Alert alert =
+      localizedAlert(QStringLiteral("ScanErrorTitle"), message, {QStringLiteral("ScanErrorButton")}, true);
   state.view.beginSheet(alert, [](int) {});
   state.operation.setCancelOperationReason({});
 }

@@ -6,6 +6,7 @@
 #include "support/TaskGuard.h"
 
 struct AppState;
+class LaunchChecks;
 class Operation;
 class PrefsController;
 
@@ -21,7 +22,8 @@ struct ScanThreads {
 /// starts the three threads, shows progress and presents what they found. Main thread.
 class ScanDriver {
  public:
-  ScanDriver(AppState &appState, Operation &currentOperation, PrefsController &prefsController);
+  ScanDriver(AppState &appState, Operation &currentOperation, PrefsController &prefsController,
+             LaunchChecks &launchChecks);
 
   void setThreads(ScanThreads scanThreads) { threads = std::move(scanThreads); }
 
@@ -31,7 +33,8 @@ class ScanDriver {
   void doFindProblems();
   /// Scans, whatever goes on.
   void reFindProblems();
-  /// Starts a scan of the loaded library; a stale library is loaded again first.
+  /// Starts a scan of the loaded library; a stale library is loaded again first, and a music application that
+  /// does not run is launched.
   void scanLibraryForProblems();
   /// Shows the counts of the four lists on their tabs once there is any problem.
   void updateProblemNumbers();
@@ -39,6 +42,7 @@ class ScanDriver {
   void revealFoundProblems(bool afterScan);
 
  private:
+  void launchIfGone();
   void clearLists();
   bool isStale() const;
   double maximumOfProgress() const;
@@ -53,6 +57,7 @@ class ScanDriver {
   AppState &state;
   Operation &operation;
   PrefsController &prefsOwner;
+  LaunchChecks &checks;
   ScanThreads threads;
   double mLibraryScanBeginTime = 0.0;
   /// `mNumberOfComparisons` at the last tick, truncated.

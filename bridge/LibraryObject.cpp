@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "bridge/LibraryFileSearch.h"
-#include "bridge/iTunesInterface.h"
+#include "bridge/MusicApplication.h"
 #include "platform/FileAddress.h"
 #include "platform/Platform.h"
 #include "support/BMLog.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "bridge/LibraryMapping.h"
-#include "bridge/iTunesInterface.h"
+#include "bridge/MusicApplication.h"
 #include "platform/FileAddress.h"
 #include "platform/Platform.h"
 #include "support/BMLog.h"

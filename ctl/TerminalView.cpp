@@ -1,5 +1,6 @@
 #include "ctl/TerminalView.h"
 
+#include "bridge/LocalizedMessage.h"
 #include "platform/Platform.h"
 
 namespace {
@@ -9,12 +10,17 @@ bool isToldByReport(const Alert &alert) {
   return alert.key == QStringLiteral("NoProblemsTitle");
 }
 
+/// The work goes on behind it.
+bool isOnlyAWarning(const Alert &alert) {
+  return alert.key == QStringLiteral("LowSpaceTitle");
+}
+
 }  // namespace
 
 int TerminalView::runAlert(const Alert &alert) {
   bar.clear();
   if (isToldByReport(alert)) return 0;
-  failed = failed || alert.critical;
+  failed = failed || (alert.critical && !isOnlyAWarning(alert));
   lines.say(printable(alert.title));
   for (const QString &line : alert.message.split(u'\n', Qt::SkipEmptyParts))
     lines.err << "  " << printable(line).toStdString() << '\n';
@@ -26,6 +32,14 @@ int TerminalView::runAlert(const Alert &alert) {
 void TerminalView::beginSheet(const Alert &alert, std::function<void(int)> done) {
   const int button = runAlert(alert);
   if (done) platform().mainLoop->post([done = std::move(done), button] { done(button); });
+}
+
+void TerminalView::setUnresponsiveWarningVisible(bool visible) {
+  if (visible && !warnsUnresponsive) {
+    bar.clear();
+    lines.say(localizedMessage(QStringLiteral("UnresponsiveWarning")));
+  }
+  warnsUnresponsive = visible;
 }
 
 void TerminalView::endProgressSheet() {

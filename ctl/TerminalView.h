@@ -49,6 +49,7 @@ class TerminalView : public ProblemView {
   void validateProblemUI() override {}
   void showProblemWindow() override {}
   void setPhoneticWarningVisible(bool) override {}
+  void setUnresponsiveWarningVisible(bool visible) override;
 
   void revealPreferences(const QString &) override {}
   void setLibraryPaths(const QString &, const QString &) override {}
@@ -68,4 +69,5 @@ class TerminalView : public ProblemView {
   bool interrupted = false;
   bool over = false;
   bool failed = false;
+  bool warnsUnresponsive = false;
 };

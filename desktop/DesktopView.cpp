@@ -241,6 +241,10 @@ void DesktopView::setPhoneticWarningVisible(bool visible) {
   window->setPhoneticWarningVisible(visible);
 }
 
+void DesktopView::setUnresponsiveWarningVisible(bool visible) {
+  if (progress) progress->setWarningVisible(visible);
+}
+
 void DesktopView::revealPreferences(const QString &tabIdentifier) {
   preferences->reveal(tabIdentifier, window.get());
 }

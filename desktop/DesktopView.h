@@ -58,6 +58,7 @@ class DesktopView : public ProblemView {
   void validateProblemUI() override;
   void showProblemWindow() override;
   void setPhoneticWarningVisible(bool visible) override;
+  void setUnresponsiveWarningVisible(bool visible) override;
 
   void revealPreferences(const QString &tabIdentifier) override;
   void setLibraryPaths(const QString &libraryFolder, const QString &mediaFolder) override;

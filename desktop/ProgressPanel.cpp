@@ -7,6 +7,7 @@
 
 #include "bridge/LocalizedMessage.h"
 #include "desktop/Icons.h"
+#include "desktop/NoteStrip.h"
 #include "desktop/SecondaryLabel.h"
 
 namespace {
@@ -14,7 +15,11 @@ constexpr int kSteps = 10'000;
 }
 
 ProgressPanel::ProgressPanel(QWidget *attachedTo, std::function<void()> cancelPressed)
-    : SheetDialog(attachedTo), quoteLabel(new SecondaryLabel), subLabel(new QLabel), bar(new QProgressBar) {
+    : SheetDialog(attachedTo),
+      quoteLabel(new SecondaryLabel),
+      subLabel(new QLabel),
+      bar(new QProgressBar),
+      warning(new NoteStrip(localizedMessage(QStringLiteral("UnresponsiveWarning")))) {
   setObjectName(QStringLiteral("progressSheet"));
   setPicture(icons::application());
   QFont italic = quoteLabel->font();
@@ -28,6 +33,9 @@ ProgressPanel::ProgressPanel(QWidget *attachedTo, std::function<void()> cancelPr
   contents()->addWidget(quoteLabel);
   contents()->addWidget(bar);
   contents()->addWidget(subLabel);
+  warning->setObjectName(QStringLiteral("unresponsiveWarning"));
+  warning->hide();
+  contents()->addWidget(warning);
   cancel = addButton(localizedMessage(QStringLiteral("Progress-Cancel")), 1);
   cancel->setObjectName(QStringLiteral("progressCancel"));
   cancel->disconnect();
@@ -67,6 +75,12 @@ void ProgressPanel::updateBar() {
 
 void ProgressPanel::setCancelEnabled(bool enabled) {
   cancel->setEnabled(enabled);
+}
+
+void ProgressPanel::setWarningVisible(bool visible) {
+  if (warning->isHidden() != visible) return;
+  warning->setVisible(visible);
+  adjustSize();
 }
 
 void ProgressPanel::reject() {

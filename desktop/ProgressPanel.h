@@ -2,6 +2,7 @@
 
 #include "desktop/SheetDialog.h"
 
+class NoteStrip;
 class QProgressBar;
 
 /// The progress sheet: what goes on, a quote, a bar, what has come of it so far, and Cancel.
@@ -16,6 +17,8 @@ class ProgressPanel : public SheetDialog {
   void setMaximum(double newMaximum);
   void setValue(double newValue);
   void setCancelEnabled(bool enabled);
+  /// The warning that the music application does not answer.
+  void setWarningVisible(bool visible);
 
  protected:
   /// The escape key cancels the operation; the operation ends the sheet.
@@ -27,6 +30,7 @@ class ProgressPanel : public SheetDialog {
   QLabel *quoteLabel;
   QLabel *subLabel;
   QProgressBar *bar;
+  NoteStrip *warning;
   QPushButton *cancel;
   double maximum = 1.0;
   double value = 0.0;

@@ -20,4 +20,6 @@ class FileFacts {
   /// The size in bytes of what a path leads to, links followed; -1 if it cannot be told; nothing if there is
   /// no file.
   virtual std::optional<qint64> fileSize(const QString &path) const = 0;
+  /// The bytes that this user may still write on the volume that holds a path; 0 if it cannot be told.
+  virtual qint64 freeBytes(const QString &path) const = 0;
 };

@@ -3,7 +3,6 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
-#include <optional>
 #include <vector>
 
 /// An application that runs in the user's session.
@@ -13,8 +12,10 @@ struct RunningApplication {
 };
 
 /// What keeps the music application's library from being whole for a while.
-struct LibraryImport {
-  /// The file that is read.
+struct LibraryActivity {
+  enum class State { None, Importing, NoAnswer };
+  State state = State::None;
+  /// The file that is being imported.
   QString file;
   /// Tracks taken in so far, and in all; 0 while that is unknown.
   qint64 done = 0;
@@ -44,9 +45,9 @@ class Workspace {
   /// Starts an application in the background, or leaves one alone that runs already. Does not wait until it
   /// answers. False if it cannot be started.
   virtual bool launchApplication(const QString &identifier) = 0;
-  /// The import that the running music application is at; nothing if it does something else, does not run or
-  /// does not say within a quarter of a second.
-  virtual std::optional<LibraryImport> libraryImport() const { return std::nullopt; }
+  /// What the running music application does with its library as a whole; nothing if it does not run. Waits a
+  /// quarter of a second for the answer.
+  virtual LibraryActivity libraryActivity() const { return {}; }
   /// From now on tells, on the main thread, of every application that launched or ended; 0 is no
   /// subscription. Main thread.
   using Subscription = quint64;

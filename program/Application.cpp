@@ -40,6 +40,18 @@ void Application::doFindProblems() {
   main.scanDriver().doFindProblems();
 }
 
+void Application::scanLibraryForProblems() {
+  main.scanDriver().scanLibraryForProblems();
+}
+
+void Application::launchiTunesAndScanWhenReady() {
+  main.applicationWatch().launchiTunesAndScanWhenReady();
+}
+
+void Application::chooseNewMediaFolder() {
+  main.chooseNewMediaFolder();
+}
+
 void Application::setStripesForDupesFromIndex(qint32 index) {
   groups.setStripesForDupesFromIndex(index);
 }
@@ -62,4 +74,8 @@ void Application::revealPreferencesTab(const QString &identifier) {
 
 void Application::customTerminate() {
   main.customTerminate();
+}
+
+void Application::quitNow() {
+  main.quitNow();
 }

@@ -28,12 +28,16 @@ class Application : public Commands {
   void doGetDefaultLibraryWhenNewerThan(std::optional<Date> date) override;
   void reloadLibraryAndScan() override;
   void doFindProblems() override;
+  void scanLibraryForProblems() override;
+  void launchiTunesAndScanWhenReady() override;
+  void chooseNewMediaFolder() override;
   void setStripesForDupesFromIndex(qint32 index) override;
   void doAutomark() override;
   void noteAppliedAutomarkValues() override;
   void updateProblemNumbers() override;
   void revealPreferencesTab(const QString &identifier) override;
   void customTerminate() override;
+  void quitNow() override;
 
  private:
   MainController main;

@@ -65,6 +65,10 @@ qsizetype endOr(qsizetype found, QByteArrayView bytes) {
 namespace iTunesInterface {
 
 Dictionary getMusicLibraryDictionaryWithError(QString *error) {
+  QString directError;
+  const Dictionary direct = iTunesLibInterface::getMusicLibraryDictionaryWithError(&directError);
+  if (!directError.isEmpty()) BMLog("iTunesLib getMusic...: %@", directError);
+  if (!direct.isNull()) return direct;
   const QString path = mostRecentMusicLibraryPath(nullptr);
   if (!path.isEmpty()) return getMusicLibraryDictionaryAtPathWithError(path, error);
   *error = QStringLiteral("Can't find library XML");

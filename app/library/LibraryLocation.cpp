@@ -114,6 +114,11 @@ struct Search {
 namespace iTunesInterface {
 
 QString currentMusicLibraryPathFromPrefs() {
+  const QString direct = iTunesLibInterface::musicLibraryFolder();
+  if (!direct.isNull()) {
+    logPrefsFolderOnce(direct, "direct access");
+    return direct;
+  }
   const MusicApplication &application = musicApplication();
   PreferenceStore &store = *platform().preferences;
   const QString named =

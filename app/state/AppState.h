@@ -7,7 +7,9 @@
 #include <optional>
 #include <vector>
 
+#include "app/state/ApplicationHealth.h"
 #include "app/state/IgnoredDuplicates.h"
+#include "app/state/LibraryChanges.h"
 #include "app/state/ObjectLocks.h"
 #include "app/state/ProblemView.h"
 #include "app/state/UntrustedLocations.h"
@@ -95,6 +97,8 @@ struct AppState {
   OperationState operation;
   IgnoredDuplicates ignoredDuplicates{*this};
   UntrustedLocations untrustedLocations{*this};
+  LibraryChanges changes{*this};
+  ApplicationHealth health{*this};
   ObjectLocks locks;
   Workers workers;
 
@@ -108,6 +112,11 @@ struct AppState {
   bool mIsRestarting = false;
   /// The application is ending: what still comes back from a worker starts nothing and tells nothing.
   bool mIsEnding = false;
+
+  /// The version of the music application stands in the log.
+  bool mVersionLogged = false;
+  /// The alert that the music application has quit is on the screen.
+  bool mQuitAlertShown = false;
 
   /// Cancels what runs and waits for the workers; nothing begins from here on. Main thread.
   void endAllWork();

@@ -15,6 +15,12 @@ class Commands {
   virtual void reloadLibraryAndScan() = 0;
   /// Scans the loaded library.
   virtual void doFindProblems() = 0;
+  /// Scans the loaded library, or loads it first where none is loaded, unless an operation runs.
+  virtual void scanLibraryForProblems() = 0;
+  /// Has the music application start, waits until it answers, and scans.
+  virtual void launchiTunesAndScanWhenReady() = 0;
+  /// Asks for a media folder, and loads and scans anew with it.
+  virtual void chooseNewMediaFolder() = 0;
   /// Gives each duplicate group from a row on its stripe.
   virtual void setStripesForDupesFromIndex(qint32 index) = 0;
   /// Chooses the row of the information and the row of the audio in each duplicate group, or in those that
@@ -28,4 +34,6 @@ class Commands {
   virtual void revealPreferencesTab(const QString &identifier) = 0;
   /// Ends the application by the user's will.
   virtual void customTerminate() = 0;
+  /// Saves what is to be remembered and ends the process, whatever else goes on.
+  virtual void quitNow() = 0;
 };

@@ -51,11 +51,12 @@ class Operation {
   /// Ends the operation: gives the busy flag back and stops the timer. The sheet stays.
   void finish();
 
+  /// Stops the updates of an operation that was interrupted from outside: its sheet and the busy flag stay.
+  void stopTimer();
+
   ProgressSheet &progressSheet() { return sheet; }
 
  private:
-  void stopTimer();
-
   AppState &state;
   ProgressSheet sheet;
   MainLoop::TimerID mUpdateProgressTimer = 0;

@@ -74,6 +74,8 @@ class ProblemView {
   virtual void showProblemWindow() = 0;
   /// Shows or hides the note that phonetic matching or ignored plurals list names that may well differ.
   virtual void setPhoneticWarningVisible(bool visible) = 0;
+  /// Shows or hides the warning that the music application does not answer. Called often with the same state.
+  virtual void setUnresponsiveWarningVisible(bool visible) = 0;
 
   /// The preferences window.
   virtual void revealPreferences(const QString &tabIdentifier) = 0;

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <QFile>
+#include <QStorageInfo>
 #include <QStringEncoder>
 #include <array>
 
@@ -45,4 +46,8 @@ std::optional<qint64> QtFileFacts::fileSize(const QString &path) const {
   struct stat facts = {};
   if (!fileStatus(path, &facts)) return std::nullopt;
   return S_ISREG(facts.st_mode) ? qint64(facts.st_size) : -1;
+}
+
+qint64 QtFileFacts::freeBytes(const QString &path) const {
+  return qMax<qint64>(0, QStorageInfo(path).bytesAvailable());
 }

@@ -10,4 +10,5 @@ class QtFileFacts : public FileFacts {
   QString typeCode(const QString &path) const override;
   bool isPackage(const QString &path) const override;
   std::optional<qint64> fileSize(const QString &path) const override;
+  qint64 freeBytes(const QString &path) const override;
 };

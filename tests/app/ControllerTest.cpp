@@ -75,6 +75,12 @@ class Controller : public TestPlatform, public Commands {
   }
   void reloadLibraryAndScan() override { controller.scanDriver().reloadLibraryAndScan(); }
   void doFindProblems() override { controller.scanDriver().doFindProblems(); }
+  void scanLibraryForProblems() override { controller.scanDriver().scanLibraryForProblems(); }
+  void launchiTunesAndScanWhenReady() override {
+    controller.applicationWatch().launchiTunesAndScanWhenReady();
+  }
+  void chooseNewMediaFolder() override { controller.chooseNewMediaFolder(); }
+  void quitNow() override { controller.quitNow(); }
   void setStripesForDupesFromIndex(qint32) override {}
   void doAutomark() override { ++automarks; }
   void noteAppliedAutomarkValues() override {}

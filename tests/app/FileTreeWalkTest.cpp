@@ -17,6 +17,7 @@ class Packages : public FileFacts {
   std::optional<Date> modificationDate(const QString &) const override { return {}; }
   QString typeCode(const QString &) const override { return {}; }
   bool isPackage(const QString &path) const override { return path.endsWith(u".app"); }
+  qint64 freeBytes(const QString &) const override { return 0; }
   std::optional<qint64> fileSize(const QString &) const override { return {}; }
 };
 

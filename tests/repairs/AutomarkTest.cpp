@@ -52,6 +52,10 @@ class AutomarkTest : public TestPlatform, public Commands {
   void doGetDefaultLibraryWhenNewerThan(std::optional<Date>) override {}
   void reloadLibraryAndScan() override {}
   void doFindProblems() override {}
+  void scanLibraryForProblems() override {}
+  void launchiTunesAndScanWhenReady() override {}
+  void chooseNewMediaFolder() override {}
+  void quitNow() override {}
   void setStripesForDupesFromIndex(qint32) override {}
   void doAutomark() override {}
   void noteAppliedAutomarkValues() override {
