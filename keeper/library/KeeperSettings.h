@@ -1,0 +1,12 @@
+#pragma once
+
+/// What the user decides about the library's files. All but the export are off until asked for.
+struct KeeperSettings {
+  /// A change of a track's artist, album artist, album, name or numbers moves its file within the media
+  /// folder.
+  bool organise = false;
+  /// Files that are added are copied into the media folder first.
+  bool copyToMediaFolder = false;
+  /// The library is kept as XML beside the store too.
+  bool exportXML = true;
+};
