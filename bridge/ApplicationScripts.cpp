@@ -1,6 +1,7 @@
 #include "bridge/ApplicationScripts.h"
 
 #include "bridge/BridgeState.h"
+#include "bridge/LibraryObject.h"
 #include "bridge/MusicApplication.h"
 #include "bridge/NamedScripts.h"
 #include "bridge/Responsiveness.h"
@@ -35,6 +36,7 @@ void writeLibraryNow() {
       kTimeoutSeconds);
   const std::optional<QString> text = result ? result->stringValue() : std::nullopt;
   if (text) BMLog("%s = %@", "writeLibraryNow", *text);
+  iTunesLibInterface::reloadLibrary();
 }
 
 void quitMusicApp() {

@@ -1,5 +1,7 @@
 #include "bridge/BridgeState.h"
 
+#include "bridge/LibraryObject.h"
+
 BridgeState &bridgeState() {
   static BridgeState &state = *new BridgeState;
   return state;
@@ -13,6 +15,7 @@ void resetBridge() {
   state.responseState = BridgeState::kUnknown;
   state.runningState = BridgeState::kUnknown;
   state.majorVersion = BridgeState::kUnknown;
+  iTunesLibInterface::reset();
   const std::lock_guard guard(state.resources);
   state.libraryPath.clear();
   state.scriptTable = Dictionary();

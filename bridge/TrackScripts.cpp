@@ -5,6 +5,7 @@
 #include "bridge/NamedScripts.h"
 #include "bridge/Responsiveness.h"
 #include "bridge/ScriptRunner.h"
+#include "bridge/iTunesLibInterface.h"
 #include "support/Hexadecimal.h"
 
 namespace iTunesInterface {
@@ -50,6 +51,9 @@ std::optional<QString> changeValueInTrackWithPIDOfTypeToValue(const QString &pid
 
 std::optional<QString> mergePlayedFromTrackWithPIDToTrackWithPID(const QString &fromPID,
                                                                  const QString &toPID) {
+  // Direct access is asked first, for a framework that could do it.
+  if (iTunesLibInterface::mergePlayedFromTrackWithPIDToTrackWithPID(fromPID, toPID).isNull())
+    return std::nullopt;
   return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_merge"), fromPID, toPID);
 }
 
