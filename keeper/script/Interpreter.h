@@ -8,9 +8,6 @@
 #include "keeper/script/ScriptObject.h"
 #include "platform/ScriptHost.h"
 
-class ScriptLibraries;
-class ScriptParseCache;
-
 /// Beyond these a script is stopped with an error of the language.
 struct ScriptLimits {
   /// Handlers inside handlers; beyond it -2706.
@@ -36,9 +33,9 @@ class Interpreter {
   explicit Interpreter(std::vector<ScriptApplication *> applications, const ScriptLimits &limits = {});
   ~Interpreter();
 
-  /// Parses and runs a script text; a text that was run lately is not parsed again. Answers a result (lists as
-  /// lists; records, things, dates, constants and no result as none) or a failure, whose range is a stretch
-  /// of `source`. Never throws.
+  /// Parses and runs a script text; a text that was run lately is not parsed again. Answers a result (lists
+  /// as lists; records, things, dates, constants and no result as none) or a failure, whose range is a
+  /// stretch of `source`. Never throws.
   [[nodiscard]] ScriptOutcome run(const QString &source);
 
   /// The script that runs ends at its next step with -128, which no `try` catches, and so do all scripts
@@ -47,9 +44,12 @@ class Interpreter {
   void stop() { stopped.store(true, std::memory_order_relaxed); }
 
  private:
+  struct Kept;
+
+  ScriptOutcome evaluate(const QString &source);
+
   std::vector<ScriptApplication *> applications;
   ScriptLimits limits;
   std::atomic<bool> stopped = false;
-  std::unique_ptr<ScriptParseCache> parses;
-  std::unique_ptr<ScriptLibraries> libraries;
+  std::unique_ptr<Kept> kept;
 };

@@ -29,57 +29,67 @@ QString slashPath(const QString &text) {
   return path.replace(u'/', u'\n').replace(u':', u'/').replace(u'\n', u':');
 }
 
-void appendText(QString &text, const ScriptValue &value, const ScriptTextRules &rules, int depth);
-
-void appendList(QString &text, const ScriptListItems &items, const ScriptTextRules &rules, int depth) {
-  if (depth > scriptCoercions::kDeepest) throw tooDeep();
-  for (size_t i = 0; i < items.size(); ++i) {
-    if (i > 0) text += rules.delimiters.first();
-    appendText(text, items[i], rules, depth + 1);
-  }
-}
-
 QString capitalised(const QString &term) {
   return term.first(1).toUpper() + term.mid(1);
 }
 
-void appendText(QString &text, const ScriptValue &value, const ScriptTextRules &rules, int depth) {
-  switch (value.type()) {
-    case Type::Text:
-      text += value.text();
-      break;
-    case Type::Integer:
-      text += QString::number(value.integer());
-      break;
-    case Type::Real:
-      text += scriptNumbers::realText(value.real());
-      break;
-    case Type::Boolean:
-      text += value.boolean() ? QStringLiteral("true") : QStringLiteral("false");
-      break;
-    case Type::Missing:
-      text += QStringLiteral("missing value");
-      break;
-    case Type::Date:
-      text += scriptDates::longText(value.date());
-      break;
-    case Type::File:
-      text += colonPath(value.file().path);
-      break;
-    case Type::Constant:
-      text += classOf(value) == u"constant" ? value.term() : capitalised(value.term());
-      break;
-    case Type::ClassName:
-      text += value.term();
-      break;
-    case Type::List:
-      appendList(text, value.items(), rules, depth);
-      break;
-    default:
-      throw cannotMake(value, QStringLiteral("text"));
+/// Text of a value, which may hold one list many times over.
+class TextMaker {
+ public:
+  explicit TextMaker(const ScriptTextRules &rules_) : rules(rules_) {}
+
+  void append(const ScriptValue &value) {
+    if (value.is(Type::List)) {
+      appendList(value.items());
+    } else {
+      text += ofLeaf(value);
+    }
+    if (text.size() > scriptCoercions::kLongestText) throw tooLarge();
   }
-  if (text.size() > scriptCoercions::kLongestText) throw tooLarge();
-}
+
+  QString text;
+
+ private:
+  void appendList(const ScriptListItems &items) {
+    visited += qint64(items.size()) + 1;
+    if (visited > scriptCoercions::kMostVisited) throw tooLarge();
+    if (++depth > scriptCoercions::kDeepest) throw tooDeep();
+    for (size_t i = 0; i < items.size(); ++i) {
+      if (i > 0) text += rules.delimiters.first();
+      append(items[i]);
+    }
+    --depth;
+  }
+
+  static QString ofLeaf(const ScriptValue &value) {
+    switch (value.type()) {
+      case Type::Text:
+        return value.text();
+      case Type::Integer:
+        return QString::number(value.integer());
+      case Type::Real:
+        return scriptNumbers::realText(value.real());
+      case Type::Boolean:
+        return value.boolean() ? QStringLiteral("true") : QStringLiteral("false");
+      case Type::Missing:
+        return QStringLiteral("missing value");
+      case Type::Date:
+        return scriptDates::longText(value.date());
+      case Type::File:
+        return colonPath(value.file().path);
+      case Type::Constant:
+        return classOf(value) == u"constant" ? value.term() : capitalised(value.term());
+      case Type::ClassName:
+        return value.term();
+      default:
+        throw cannotMake(value, QStringLiteral("text"));
+    }
+  }
+
+  const ScriptTextRules &rules;
+  int depth = 0;
+  qint64 visited = 0;
+};
 
 /// «class isot» is data that `as text` spells.
 QByteArray isoData(const ScriptValue &value) {
@@ -115,9 +125,9 @@ ScriptValue toRecord(const ScriptValue &value) {
 QString scriptCoercions::toText(const ScriptValue &value, const ScriptTextRules &rules) {
   if (value.is(Type::Text)) return value.text();
   if (value.is(Type::Data)) return QString::fromLatin1(value.data());
-  QString text;
-  appendText(text, value, rules, 0);
-  return text;
+  TextMaker maker(rules);
+  maker.append(value);
+  return maker.text;
 }
 
 ScriptValue scriptCoercions::toNumber(const ScriptValue &value) {

@@ -12,6 +12,9 @@ namespace scriptCoercions {
 /// UTF-16 code units of the longest text, and lists inside lists.
 constexpr qsizetype kLongestText = 32 * 1024 * 1024;
 constexpr int kDeepest = 512;
+/// Items that one comparison or coercion looks at: a list that holds itself twice, twenty times over, has
+/// more than there is time for.
+constexpr qint64 kMostVisited = 32 * 1024 * 1024;
 
 /// `value as type`, by the type's term.
 ScriptValue coerce(const ScriptValue &value, const QString &type, const ScriptTextRules &rules);

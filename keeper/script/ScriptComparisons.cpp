@@ -53,6 +53,7 @@ class Equality {
  private:
   bool areEqualInside(const ScriptValue &a, const ScriptValue &b) {
     if (++depth > scriptCoercions::kDeepest) throw scriptDescriptions::tooDeep();
+    if (++visited > scriptCoercions::kMostVisited) throw scriptDescriptions::tooLarge();
     const bool equal = a.is(Type::List) ? areEqualLists(a.items(), b.items()) : areEqualRecords(a, b);
     --depth;
     return equal;
@@ -74,6 +75,7 @@ class Equality {
 
   const ScriptTextRules &rules;
   int depth = 0;
+  qint64 visited = 0;
 };
 
 bool isRunAt(const ScriptListItems &whole, size_t at, const ScriptListItems &part,

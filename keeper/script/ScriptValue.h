@@ -84,6 +84,9 @@ class ScriptValue {
   static ScriptValue missing() { return ScriptMissing{}; }
   static ScriptValue list(ScriptListItems items = {});
   static ScriptValue record(ScriptRecordFields fields = {});
+  /// Lets go of values that may be nested as deeply as can be, level by level: ends of lists inside lists
+  /// never become calls inside calls. Lists and records do so by themselves.
+  static void release(ScriptListItems values);
 
   Type type() const { return Type(held.index()); }
   bool is(Type type_) const { return type() == type_; }
@@ -103,6 +106,9 @@ class ScriptValue {
   const QString &term() const;
   ScriptListItems &items() const { return *std::get<ListPtr>(held); }
   ScriptRecordFields &fields() const { return *std::get<RecordPtr>(held); }
+  /// What the copies of a list or record share.
+  const std::shared_ptr<ScriptListItems> &sharedItems() const { return std::get<ListPtr>(held); }
+  const std::shared_ptr<ScriptRecordFields> &sharedFields() const { return std::get<RecordPtr>(held); }
   /// A field of a record; null if it has none of that name.
   const ScriptValue *field(const QString &name) const;
   const ScriptObjectPtr &object() const { return std::get<ScriptObjectPtr>(held); }
