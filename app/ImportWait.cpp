@@ -16,6 +16,11 @@ double now() {
   return platform().clock->now().seconds;
 }
 
+bool hasTracks() {
+  LibraryFramework *const library = iTunesLibInterface::libraryObject();
+  return library && library->mediaItemCount() > 0;
+}
+
 }  // namespace
 
 ImportWait::~ImportWait() {
@@ -25,8 +30,7 @@ ImportWait::~ImportWait() {
 bool ImportWait::begin(std::function<void()> done) {
   if (!iTunesInterface::haveBridge()) return false;
   const LibraryActivity activity = platform().workspace->libraryActivity();
-  const bool mayImport =
-      activity.state == LibraryActivity::State::NoAnswer && !iTunesInterface::haveDirectLibraryAccess();
+  const bool mayImport = activity.state == LibraryActivity::State::NoAnswer && !hasTracks();
   if (activity.state != LibraryActivity::State::Importing && !mayImport) return false;
   BMLog("Waiting for %@ to take in its library: %@", iTunesInterface::musicAppName(), activity.file);
   whenDone = std::move(done);

@@ -27,6 +27,7 @@ struct State {
   bool waiting = false;
   std::optional<Date> dirty;
   bool searchLogged = false;
+  QString loggedProblem;
 
   /// Held while the common parent is worked out.
   std::mutex parentGuard;
@@ -65,6 +66,15 @@ void waitForFile(LibraryFramework &object, const QString &file, Date dirty) {
     if (isWritten(platform().fileFacts->modificationDate(file))) return;
     platform().clock->sleep(kReloadStepSeconds);
   }
+}
+
+/// Each new one once: the question comes often.
+void logProblem(const QString &problem) {
+  std::unique_lock held(state().guard);
+  if (problem.isEmpty() || state().loggedProblem == problem) return;
+  state().loggedProblem = problem;
+  held.unlock();
+  BMLog("[iTunesLib] the library cannot be read: %@", problem);
 }
 
 LibraryFramework *openedLibrary() {
@@ -141,7 +151,9 @@ LibraryFramework *libraryObject() {
 bool canAccessLibrary() {
   LibraryFramework *const object = libraryObject();
   if (!object) return false;
-  return !musicLibraryMediaPath().isNull() || !object->allPlaylists().empty();
+  if (!musicLibraryMediaPath().isNull() || !object->allPlaylists().empty()) return true;
+  logProblem(object->problem());
+  return false;
 }
 
 void reloadLibrary() {
@@ -195,6 +207,7 @@ void reset() {
   const std::scoped_lock held(one.guard, one.parentGuard);
   one.object = nullptr;
   one.tried = one.waiting = one.searchLogged = false;
+  one.loggedProblem.clear();
   one.dirty.reset();
   one.commonParent.reset();
 }

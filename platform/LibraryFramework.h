@@ -74,6 +74,9 @@ class LibraryFramework {
   /// the file's modification date has to tell.
   virtual std::optional<Date> savedUntil() { return std::nullopt; }
 
+  /// Why a library that is there cannot be read, in one line; empty if it can, or if there is none.
+  virtual QString problem() { return {}; }
+
   /// How many tracks the library has.
   virtual qsizetype mediaItemCount() = 0;
   /// Shows each track in turn until `visit` answers false. The item is valid during the call only.

@@ -9,6 +9,7 @@ KeeperPlatform::KeeperPlatform(Launching launching, const QString &program)
       current(outer) {
   current.workspace = &workspace;
   current.scriptHost = &scriptHost;
+  current.libraryFramework = &library;
   setPlatform(current);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/keeper/KeeperLibraryFramework.h"
 #include "platform/keeper/KeeperScriptHost.h"
 #include "platform/keeper/KeeperWorkspace.h"
 
@@ -17,6 +18,7 @@ class KeeperPlatform {
   ~KeeperPlatform();
 
   const Platform &services() const { return current; }
+  KeeperLibraryFramework &libraryFramework() { return library; }
 
  private:
   const Platform outer;
@@ -24,5 +26,6 @@ class KeeperPlatform {
   KeeperLauncher launcher;
   KeeperWorkspace workspace;
   KeeperScriptHost scriptHost;
+  KeeperLibraryFramework library;
   Platform current;
 };
