@@ -57,8 +57,13 @@ void makeHeapRoom(qint64 bytes) {
   if (end > begin) madvise(reinterpret_cast<void *>(begin), end - begin, MADV_HUGEPAGE);
 }
 
+void giveBackHeapRoom() {
+  malloc_trim(0);
+}
+
 #else
 
+void giveBackHeapRoom() {}
 void shareOneHeap() {}
 void makeHeapRoom(qint64) {}
 

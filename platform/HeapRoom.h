@@ -11,3 +11,7 @@ void shareOneHeap();
 /// in large pages. Changes the speed and nothing else: a guess too high costs address space, no memory. Does
 /// nothing on a thread with a heap of its own. Any thread.
 void makeHeapRoom(qint64 bytes);
+
+/// Gives the memory that is free by now back to the machine: for a program that goes on for long after one
+/// large job. Any thread.
+void giveBackHeapRoom();

@@ -206,6 +206,16 @@ void StoreDatabase::setFact(const QString &name, const QByteArray &bytes) {
       .run();
 }
 
+StoreSnapshot::StoreSnapshot(StoreDatabase &of) {
+  if (of.isInTransaction()) return;
+  of.execute(QStringLiteral("BEGIN"));
+  database = &of;
+}
+
+StoreSnapshot::~StoreSnapshot() {
+  if (database) QSqlQuery(database->connection).exec(QStringLiteral("COMMIT"));
+}
+
 StoreStatement::StoreStatement(StoreDatabase &database_, const QString &sql_)
     : database(database_), sql(sql_) {
   StoreDatabase::Pool &pool = database.statements[sql];

@@ -60,6 +60,7 @@ class StoreDatabase {
 
  private:
   friend class StoreStatement;
+  friend class StoreSnapshot;
   using Pool = std::vector<std::unique_ptr<QSqlQuery>>;
 
   void loadState();
@@ -80,6 +81,19 @@ class StoreDatabase {
   qint64 stamp = 0;
   qint64 lastNumber = 0;
   qint64 dataVersion = -1;
+};
+
+/// Sees one state of the library from its first statement to its end, whatever other connections commit.
+/// Inside a transaction it does nothing.
+class StoreSnapshot {
+ public:
+  explicit StoreSnapshot(StoreDatabase &database);
+  ~StoreSnapshot();
+  StoreSnapshot(const StoreSnapshot &) = delete;
+  StoreSnapshot &operator=(const StoreSnapshot &) = delete;
+
+ private:
+  StoreDatabase *database = nullptr;
 };
 
 /// One run of a kept statement. Its rows are there until it ends; it must end before a transaction does.
