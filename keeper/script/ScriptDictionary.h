@@ -45,6 +45,8 @@ class ScriptDictionary {
   int mostWords() const { return longest; }
 
   const ScriptVerb *verb(const QString &term) const;
+  /// True if a class has this term, whatever else the term means.
+  bool hasClass(const QString &term) const { return classes.contains(term); }
   /// True if a class is the other or descends from it.
   bool isKindOf(const QString &term, const QString &ancestor) const;
 

@@ -34,9 +34,14 @@ constexpr qint64 kNumberTooLarge = -2702;
 constexpr qint64 kStackOverflow = -2706;
 constexpr qint64 kTooManySteps = -2707;
 constexpr qint64 kTooLarge = -2708;
+constexpr qint64 kConsiderAndIgnore = -2720;
 constexpr qint64 kCannotGoAfter = -2740;
 constexpr qint64 kExpected = -2741;
+constexpr qint64 kParameterTwice = -2750;
+constexpr qint64 kPropertyTwice = -2751;
+constexpr qint64 kHandlerTwice = -2752;
 constexpr qint64 kNotDefined = -2753;
+constexpr qint64 kLocalAndGlobal = -2754;
 constexpr qint64 kExitOutsideRepeat = -2755;
 constexpr qint64 kNoResult = -2763;
 }  // namespace scriptErrors

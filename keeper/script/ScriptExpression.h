@@ -198,6 +198,8 @@ struct Expression {
                    Insertion, ReferenceTo, Application, Get, Count, Exists, Builtin, Command, HandlerCall>;
   SourceRange range;
   Form form;
+  /// How many levels the tree has from here down; bounded, so that walking it recursively is safe.
+  int height = 1;
 };
 
 }  // namespace scriptTree

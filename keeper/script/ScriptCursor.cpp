@@ -1,0 +1,102 @@
+#include "keeper/script/ScriptCursor.h"
+
+#include "keeper/script/ScriptParser.h"
+
+namespace {
+
+QString describe(const ScriptToken &token) {
+  switch (token.kind) {
+    case ScriptToken::Kind::Word:
+      return token.reserved ? QStringLiteral("“%1”").arg(token.text) : QStringLiteral("identifier");
+    case ScriptToken::Kind::Name:
+      return QStringLiteral("identifier");
+    case ScriptToken::Kind::Text:
+      return QStringLiteral("text");
+    case ScriptToken::Kind::Integer:
+    case ScriptToken::Kind::Real:
+    case ScriptToken::Kind::Ordinal:
+      return QStringLiteral("number");
+    case ScriptToken::Kind::Code:
+      return QStringLiteral("«»");
+    case ScriptToken::Kind::Symbol:
+      return QStringLiteral("“%1”").arg(QChar(token.symbol));
+    case ScriptToken::Kind::Possessive:
+      return QStringLiteral("“'s”");
+    case ScriptToken::Kind::LineEnd:
+      return QStringLiteral("end of line");
+    case ScriptToken::Kind::End:
+      break;
+  }
+  return QStringLiteral("end of script");
+}
+
+bool beginsValue(const ScriptToken &token) {
+  return token.kind <= ScriptToken::Kind::Code && !token.reserved;
+}
+
+}  // namespace
+
+const ScriptToken &ScriptCursor::peek(int ahead_) {
+  while (ahead.size() <= size_t(ahead_)) ahead.push_back(lexer.next());
+  return ahead[size_t(ahead_)];
+}
+
+ScriptToken ScriptCursor::take() {
+  peek();
+  ScriptToken token = std::move(ahead.front());
+  ahead.pop_front();
+  valueEnded = beginsValue(token) || token.isSymbol(u')') || token.isSymbol(u'}');
+  end = token.range.start + token.range.length;
+  return token;
+}
+
+void ScriptCursor::skip(int tokens) {
+  for (int left = tokens; left > 0; --left) take();
+}
+
+bool ScriptCursor::takeWord(QStringView word) {
+  if (!atWord(word)) return false;
+  take();
+  return true;
+}
+
+bool ScriptCursor::takeSymbol(char16_t sign) {
+  if (!atSymbol(sign)) return false;
+  take();
+  return true;
+}
+
+void ScriptCursor::expectWord(QStringView word) {
+  if (!takeWord(word)) fail(QStringLiteral("“%1”").arg(word));
+}
+
+void ScriptCursor::expectSymbol(char16_t sign) {
+  if (!takeSymbol(sign)) fail(QStringLiteral("“%1”").arg(QChar(sign)));
+}
+
+void ScriptCursor::fail(const QString &expected) {
+  if (valueEnded && beginsValue(peek())) failAfter();
+  failExpected(expected);
+}
+
+void ScriptCursor::failExpected(const QString &expected) {
+  const ScriptToken &found = peek();
+  const SourceRange range = found.endsStatement() ? SourceRange{found.range.start, 0} : found.range;
+  throw ScriptError{scriptErrors::kExpected,
+                    QStringLiteral("Expected %1 but found %2.").arg(expected, describe(found)), range};
+}
+
+void ScriptCursor::failAfter() {
+  const ScriptToken &found = peek();
+  throw ScriptError{scriptErrors::kCannotGoAfter,
+                    QStringLiteral("A %1 can’t go after what stands before it.").arg(describe(found)),
+                    found.range};
+}
+
+ScriptCursor::Level::Level(ScriptCursor &cursor_) : cursor(cursor_) {
+  if (cursor.depth >= ScriptParser::kDeepest) {
+    throw ScriptError{scriptErrors::kStackOverflow, QStringLiteral("The script is nested too deeply."),
+                      cursor.peek().range};
+  }
+  ++cursor.depth;
+}
