@@ -239,7 +239,7 @@ end getPlaylistNamesAndPIDsAboveLength
 -- A name that cannot be taken for a mark between names.
 on plainName(plName)
 	set plName to my replaceText(plName, "|", "/")
-	if plName ends with "@" then return plName & " "
+	if plName is "" or plName ends with "@" then return plName & " "
 	return plName
 end plainName
 
@@ -361,7 +361,8 @@ on copyOneByOne(batch, pids, temp, n)
 		try
 			tell application "iTunes" to duplicate (item i of batch) to temp
 		on error msg number errNumber
-			if errNumber is -1712 then error msg number errNumber
+			-- Neither slowness nor the application's end is the track's fault.
+			if {-1712, -609, -600} contains errNumber then error msg number errNumber
 			set end of broken to item i of pids
 		end try
 	end repeat
