@@ -62,7 +62,9 @@ QString AudioInfoTag::standardizedGenreFrom(const QString &text) {
 }
 
 QString AudioInfoTag::expandedGenres(const QString &stored) {
+  constexpr qsizetype kMostNames = 1 << 15;  // more would take many times their text in memory
   if (stored.isNull()) return {};
+  if (stored.count(u'/') > kMostNames) return stored;
   QString text = withNumbersExpanded(stored);
   if (hasDigitsOnly(stored)) {
     const QString named = genreForIndex(Value(text).toInteger());

@@ -16,6 +16,12 @@ qint64 endOfText(ByteView bytes, qint64 from) {
   return end < 0 ? bytes.size() : end;
 }
 
+/// True for a type or a description so long that its characters would take more memory than its file.
+bool isTooLong(ByteView frame, qint64 from, qint64 end) {
+  constexpr qint64 kLongest = 512 * 1024;
+  return std::min(end, frame.size()) - from > kLongest;
+}
+
 QByteArray picture(ByteView frame, qint64 start) {
   return start < frame.size() ? frame.from(start).copy() : QByteArray();
 }
@@ -48,6 +54,7 @@ ID3ImagePtr ID3Image::imageWithID3v22Frame(QByteArrayView data) {
   if (frame.u8(kDescription) != 0) {
     // The description's end counts as the picture's first byte: readers of such files know it so.
     start = endOfText(frame, start);
+    if (isTooLong(frame, kDescription, start)) return {};
     image->_description = id3text::utf8(frame.slice(kDescription, start - kDescription).bytes());
   }
   image->pictureData = picture(frame, start);
@@ -62,7 +69,7 @@ ID3ImagePtr ID3Image::imageWithID3v23Frame(QByteArrayView data) {
   qint64 type = 1;  // where the picture type is
   if (frame.u8(1) != 0) {
     type = endOfText(frame, 1);
-    if (type == frame.size()) return {};
+    if (type == frame.size() || isTooLong(frame, 1, type)) return {};
     const QString text = id3text::utf8(frame.slice(1, type - 1).bytes());
     const bool isWhole = text.startsWith(QLatin1String(kImagePrefix));
     // A bare "PNG" leaves the position on its end, so that the type reads 0 and its byte opens the
@@ -75,6 +82,8 @@ ID3ImagePtr ID3Image::imageWithID3v23Frame(QByteArrayView data) {
   if (frame.u8(start) == 0) {
     ++start;
   } else {
+    const bool isWide = image->textEncoding == 1 || image->textEncoding == 2;
+    if (!isWide && isTooLong(frame, start, endOfText(frame, start))) return {};
     qint64 consumed = frame.size() - start;
     image->_description =
         id3text::id3v23StringInAtOffsetEncodingMaxLength(data, start, image->textEncoding, consumed);

@@ -15,7 +15,8 @@ class ID3Image {
  public:
   /// A picture of these bytes; a null type is found out when it is asked for.
   static ID3ImagePtr imageWithDataMimeType(const QByteArray &data, const QString &mimeType);
-  /// From the data of a "PIC" frame, without its header; null if there are too few bytes.
+  /// From the data of a "PIC" frame, without its header; null if there are too few bytes, or too many of its
+  /// description.
   static ID3ImagePtr imageWithID3v22Frame(QByteArrayView frame);
   /// From the data of an "APIC" frame, without its header; null if it cannot be read.
   static ID3ImagePtr imageWithID3v23Frame(QByteArrayView frame);

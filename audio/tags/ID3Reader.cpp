@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr qint64 kHeader = 10, kSmallestTag = 7, kBlock = 128;
+constexpr qint64 kHeader = 10, kSmallestTag = 7, kBlock = 128, kSmallText = 512 * 1024;
 
 bool isID3v2Header(ByteView head) {
   if (!head.hasAt(0, "ID3") || head.u8(3) == 0xFF || head.u8(4) == 0xFF) return false;
@@ -48,6 +48,8 @@ void ID3Reader::findID3v2(const QByteArray &head, qint64 fileSize, const QString
 void ID3Reader::getAttributesFromID3v2(QByteArrayView data) {
   if (data.isEmpty()) return;
   const ByteView bytes(data);
+  // A character takes two bytes in memory.
+  longestText = (data.size() + kSmallText) / 2;
   tag.setReadVersion(formatText(QStringLiteral("2.%d.%d"), {bytes.u8(3), bytes.u8(4)}));
   switch (bytes.u8(3)) {
     case 2:
@@ -61,6 +63,19 @@ void ID3Reader::getAttributesFromID3v2(QByteArrayView data) {
   }
   noteProblem();
   throw TagError("cannot read ID3v" + tag.readVersion().toStdString());
+}
+
+void ID3Reader::count(qint64 framesOrTexts) {
+  counted += framesOrTexts;
+  if (counted <= kMost) return;
+  BMLog("!! more than %qd frames and texts in the tag of '%@'", kMost, titleSoFar());
+  throw TagError("too many frames");
+}
+
+void ID3Reader::checkLength(qint64 textBytes) const {
+  if (textBytes <= longestText) return;
+  BMLog("!! a text of %qd bytes in a tag", textBytes);
+  throw TagError("a text too long");
 }
 
 bool ID3Reader::isUnwanted(const QByteArray &id) const {

@@ -26,6 +26,7 @@ void ID3Reader::getAttributesFromID3v22(ByteView data) {
       if (AudioInfoTag::shouldDiscardMalformedInfo()) return;
       size = data.size() - start;
     }
+    count(1);
     readFrame22(id.toLatin1(), data.slice(start, size));
     at = start + size;
   }
@@ -43,6 +44,7 @@ void ID3Reader::readFrame22(const QByteArray &id, ByteView frame) {
     noteProblem();
     if (!AudioInfoTag::shouldDiscardMalformedInfo()) throw TagError("getAttributesFromID3v22");
   } else if (id == "ULT") {
+    checkLength(frame.size());
     const TextBlock block = id3text::textBlockInWithinRange(frame.bytes(), 0, frame.size());
     if (!block.text.isNull()) tag.addObjectForFrameID(block, id);
   } else if (!frame.isEmpty()) {
@@ -51,6 +53,7 @@ void ID3Reader::readFrame22(const QByteArray &id, ByteView frame) {
 }
 
 void ID3Reader::readText22(const QByteArray &id, ByteView frame) {
+  checkLength(frame.size());
   QString text =
       id3text::id3v22StringInAtOffsetEncodingMaxLength(frame.bytes(), 1, frame.u8(0), frame.size() - 1);
   if (id == "TYE" && Value(text).toInteger() < 1000) return;

@@ -41,6 +41,7 @@ void ID3Reader::getAttributesFromID3v2xAssumeSynchSafeSizes(ByteView data, bool 
   qint64 at = firstFrame(data);
   Frame frame;
   while (at <= data.size() - kFrameHeader && locateFrame(data, at, assumeSynchSafe, frame)) {
+    count(1);
     readFrame(data, frame);
     at = frame.end;
   }
@@ -83,6 +84,7 @@ void ID3Reader::readFrame(ByteView data, const Frame &frame) {
   } else if (frame.id.startsWith('T')) {
     readTexts(data, frame);
   } else if (frame.id == "USLT") {
+    checkLength(frame.size);
     const TextBlock block = id3text::textBlockInWithinRange(data.bytes(), frame.start, frame.size);
     if (!block.text.isNull()) tag.addObjectForFrameID(block, frame.id);
   } else if (frame.id == "APIC") {
@@ -95,7 +97,9 @@ void ID3Reader::readFrame(ByteView data, const Frame &frame) {
 }
 
 void ID3Reader::readTexts(ByteView data, const Frame &frame) {
+  checkLength(frame.size);
   QStringList texts = id3text::id3v23StringsInWithinRange(data.bytes(), frame.start, frame.size);
+  count(texts.size());
   const QByteArray id = frame.id == "TYER" ? "TDRC" : frame.id;
   if (texts.isEmpty() || isVoid(id, texts.front())) return;
   if (id == "TCON" && texts.size() == 1) texts.front() = AudioInfoTag::expandedGenres(texts.front());

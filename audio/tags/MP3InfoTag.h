@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <deque>
 #include <utility>
 #include <variant>
 
@@ -38,7 +39,7 @@ class MP3InfoTag : public AudioInfoTag {
   /// The same from an open file; the path is for the log.
   static std::unique_ptr<MP3InfoTag> tagWithOpenMPEGFile(const FileReader &file, const QString &path);
 
-  const std::vector<Frame> &frames() const { return mFrames; }
+  const std::deque<Frame> &frames() const { return mFrames; }
   FileRange id3v1Range() const { return _id3v1Range; }
   FileRange id3v2Range() const { return _id3v2Range; }
   void setReadVersion(const QString &version) { mReadVersionString = version; }
@@ -86,7 +87,8 @@ class MP3InfoTag : public AudioInfoTag {
   void setStringForV22OrForV24(const QString &text, const QByteArray &v22, const QByteArray &v24);
   bool isVersion22() const { return mReadVersionString.startsWith(u"2.2"); }
 
-  std::vector<Frame> mFrames;
+  /// Many small frames in small pieces of memory.
+  std::deque<Frame> mFrames;
   QString mReadVersionString;
   FileRange _id3v1Range;
   FileRange _id3v2Range;

@@ -3,6 +3,7 @@
 #include <QStringDecoder>
 
 #include "audio/ByteView.h"
+#include "audio/TagError.h"
 #include "support/BMLog.h"
 
 namespace {
@@ -115,6 +116,7 @@ QStringList id3v23StringsInWithinRange(QByteArrayView data, qint64 start, qint64
     qint64 used = end - start;
     const QString text = id3v23StringInAtOffsetEncodingMaxLength(data, start, encoding, used);
     if (!text.isNull()) texts.append(text);
+    if (texts.size() > kMostTexts) throw TagError("too many texts");
     start += used;
   }
   return texts;

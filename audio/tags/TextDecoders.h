@@ -33,6 +33,8 @@ QString id3v23StringInAtOffsetEncodingMaxLength(QByteArrayView data, qint64 offs
 
 /// All texts of a text frame, whose first byte is the encoding. A byte from 4 to 31 counts as encoding 0, a
 /// larger one as a letter of a text without an encoding byte; both are logged. Empty for a range outside.
+/// Throws TagError for more than `kMostTexts`, which would take many times their bytes in memory.
+inline constexpr qsizetype kMostTexts = 1 << 15;
 QStringList id3v23StringsInWithinRange(QByteArrayView data, qint64 start, qint64 length);
 
 /// Lyrics: language, description and text, each null if it is not there. Without a text all three are null.

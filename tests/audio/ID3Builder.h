@@ -23,6 +23,11 @@ inline QByteArray synchSafe(quint32 value) {
   return result;
 }
 
+/// A frame's text in ISO Latin-1.
+inline QByteArray latin(const QByteArray &text) {
+  return bytes("\0") + text;
+}
+
 /// A frame of version 2.2.
 inline QByteArray frame22(const QByteArray &id, const QByteArray &body) {
   return id + number(quint32(body.size()), 3) + body;
