@@ -3,6 +3,7 @@
 #include <new>
 
 #include "keeper/script/EvalHandlers.h"
+#include "keeper/script/ParsedScripts.h"
 #include "keeper/script/ScriptCoercions.h"
 #include "keeper/script/ScriptDescriptions.h"
 #include "keeper/script/ScriptLibraries.h"
@@ -60,8 +61,9 @@ ScriptOutcome failed(qint64 number, const QString &message, const SourceRange &r
 
 /// What outlives a run.
 struct Interpreter::Kept {
-  explicit Kept(const ScriptDictionaryLookup &dictionaries) : libraries(dictionaries) {}
+  explicit Kept(const ScriptDictionaryLookup &dictionaries) : parses(dictionaries), libraries(dictionaries) {}
 
+  ParsedScripts parses;
   ScriptLibraries libraries;
 };
 
@@ -91,7 +93,7 @@ ScriptOutcome Interpreter::run(const QString &source) {
 }
 
 ScriptOutcome Interpreter::evaluate(const QString &source) {
-  const ParsedScriptPtr parsed = ScriptParser::parse(source, kept->libraries.dictionaries);
+  const ParsedScriptPtr parsed = kept->parses.parsed(source);
   ScriptRun run(applications, limits, stopped, kept->libraries);
   run.main = parsed.get();
   run.sources.push_back(parsed);
