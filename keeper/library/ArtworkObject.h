@@ -19,7 +19,7 @@ class ArtworkObject : public ScriptObject {
   bool isSame(const ScriptObject &other) const override;
   bool exists() const override;
   ScriptValue property(const QString &term) override;
-  /// The bytes may be set ("data", "raw data"); where the track has no picture they become the first.
+  /// The bytes may be set ("data", "raw data"); a place behind the last picture adds one.
   void setProperty(const QString &term, const ScriptValue &value) override;
   qsizetype elementCount(const QString &className) override;
   ScriptObjects elements(const QString &className) override;

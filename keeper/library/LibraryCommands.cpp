@@ -47,8 +47,9 @@ Removal planRemoval(KeeperContext &context, const ScriptCommand &command) {
       if (track->isInLibrary()) {
         removal.tracks.push_back(track->track());
       } else {
-        requireTaking(PlaylistObject(context, track->playlist()));
-        removal.entries[track->playlist()].push_back(track->position());
+        const auto [places, isFirst] = removal.entries.try_emplace(track->playlist());
+        if (isFirst) requireTaking(PlaylistObject(context, track->playlist()));
+        places->second.push_back(track->position());
       }
     } else if (const auto playlist = as<PlaylistObject>(object)) {
       if (playlist->info().flags & storeSchema::kMaster) throw refusal::readOnly(u"the library"_qs);
@@ -69,6 +70,19 @@ void stopIfGone(KeeperContext &context) {
   const bool isThere =
       context.store.playlists().exists(item->playlist) && context.store.tracks().exists(item->track);
   if (!isThere) context.player.stop();
+}
+
+ScriptValue makeArtwork(KeeperContext &context, const ScriptCommand &command) {
+  const auto track = commandThings::parameter<TrackObject>(command, u"at"_qs);
+  const ScriptValue *given = command.parameter(u"with properties"_qs);
+  const ScriptValue *bytes =
+      given && given->is(ScriptValue::Type::Record) ? given->field(u"data"_qs) : nullptr;
+  if (!track || !bytes)
+    throw refusal::error(scriptErrors::kParameterMissing, u"An artwork needs a track and data."_qs);
+  const qsizetype index = ArtworkObject::countOf(context, track->track());
+  const auto made = std::make_shared<ArtworkObject>(context, track->track(), index);
+  made->setProperty(u"data"_qs, *bytes);
+  return ScriptObjectPtr(made);
 }
 
 QStringList wordsOf(const QString &text) {
@@ -171,6 +185,7 @@ ScriptValue move(KeeperContext &context, const ScriptCommand &command) {
 ScriptValue make(KeeperContext &context, const ScriptCommand &command) {
   const ScriptValue *what = command.parameter(u"new"_qs);
   const QString className = what && what->is(ScriptValue::Type::ClassName) ? what->term() : QString();
+  if (className == u"artwork") return makeArtwork(context, command);
   const bool isFolder = className == u"folder playlist";
   if (!isFolder && className != u"user playlist" && className != u"playlist") {
     throw refusal::error(scriptErrors::kWrongClass, u"Can't make that class of thing."_qs);

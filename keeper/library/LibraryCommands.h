@@ -19,7 +19,8 @@ ScriptValue duplicate(KeeperContext &context, const ScriptCommand &command);
 /// `move PLAYLISTS to FOLDER`; the library or the source stand for the top. -10006 for a folder that would
 /// lie in itself, -1708 for tracks.
 ScriptValue move(KeeperContext &context, const ScriptCommand &command);
-/// `make new user playlist|folder playlist [at FOLDER] [with properties {…}]`
+/// `make new user playlist|folder playlist [at FOLDER] [with properties {…}]`, and
+/// `make new artwork at TRACK with properties {data:…}`
 ScriptValue make(KeeperContext &context, const ScriptCommand &command);
 /// -43 if a file is gone; those before it in a list have been refreshed.
 ScriptValue refresh(KeeperContext &context, const ScriptCommand &command);

@@ -22,7 +22,8 @@ void PlayCommands::update() {
 
 ScriptValue PlayCommands::play(const ScriptCommand &command) {
   const ScriptValue &what = command.direct;
-  if (what.is(ScriptValue::Type::NoValue)) {
+  const bool isToApplication = !command.target || dynamic_cast<ScriptApplication *>(command.target.get());
+  if (what.is(ScriptValue::Type::NoValue) && isToApplication) {
     if (context.player.state() == Player::State::Stopped) {
       startAt(context.store.playlists().master(), 0);
     } else {

@@ -113,9 +113,7 @@ ScriptObjects TrackObject::elements(const QString &className) {
 }
 
 ScriptObjectPtr TrackObject::elementAt(const QString &className, qsizetype index) {
-  // The first place of a track without a picture can be filled.
-  const qsizetype count = std::max<qsizetype>(1, elementCount(className));
-  if (index < 0 || index >= count) return {};
+  if (index < 0 || index >= elementCount(className)) return {};
   return std::make_shared<ArtworkObject>(context, row, index);
 }
 
