@@ -13,6 +13,7 @@ using id3::bytes;
 using id3::frame22;
 using id3::frame23;
 using id3::frame24;
+using id3::latin;
 using id3::tag;
 
 namespace {
@@ -51,19 +52,13 @@ TEST_F(ID3Writing, EveryVersionGoesOutAsItCame) {
     QByteArray before, after;
   } cases[] = {
       // A frame nobody knows keeps its bytes and flags; the year changes its name; every text has an end.
-      {tag(3, frame23("PRIV", "ab", bytes("\x40\x80")) +
-                  frame23("TYER", bytes("\0"
-                                        "1999")) +
+      {tag(3, frame23("PRIV", "ab", bytes("\x40\x80")) + frame23("TYER", latin("1999")) +
                   frame23("TIT2", bytes("\0A\0B")) + QByteArray(50, '\0')),
-       tag(3, frame23("PRIV", "ab", bytes("\x40\x80")) +
-                  frame23("TYER", bytes("\0"
-                                        "1999\0")) +
+       tag(3, frame23("PRIV", "ab", bytes("\x40\x80")) + frame23("TYER", latin(bytes("1999\0"))) +
                   frame23("TIT2", bytes("\0A\0B\0")))},
-      {tag(4, frame24("TDRC", bytes("\3"
-                                    "1999")) +
+      {tag(4, frame24("TDRC", latin("1999")) +
                   frame24("TIT2", bytes("\1") + wide + bytes("\0\0") + wide + bytes("\0\0"))),
-       tag(4, frame24("TDRC", bytes("\0"
-                                    "1999\0")) +
+       tag(4, frame24("TDRC", latin(bytes("1999\0"))) +
                   frame24("TIT2", bytes("\2") + wide + bytes("\0\0") + wide + bytes("\0\0")))},
       {tag(4, frame24("USLT", bytes("\0deu\0la")) + frame24("PRIV", QByteArray(200, 'x'))),
        tag(4, frame24("USLT", bytes("\0deu\0la")) + frame24("PRIV", QByteArray(200, 'x')))},
@@ -71,14 +66,14 @@ TEST_F(ID3Writing, EveryVersionGoesOutAsItCame) {
                                     "d\0\0\0") +
                                   wide + bytes("\0\0"))),
        tag(3, frame23("USLT", bytes("\2eng\xFE\xFF\0d\0\0") + wide))},
-      {tag(3, frame23("APIC", id3::picture("image/png", 3, "cover", kPng)) + frame23("TIT2", bytes("\0A"))),
+      {tag(3, frame23("APIC", id3::picture("image/png", 3, "cover", kPng)) + frame23("TIT2", latin("A"))),
        tag(3, frame23("TIT2", bytes("\0A\0")) + frame23("APIC", id3::picture("image/png", 0, "", kPng)))},
       {tag(2, frame22("TT2", bytes("\1") + wide) + frame22("XYZ", "ab") +
                   frame22("ULT", bytes("\1eng\xFE\xFF\0d\0\0") + wide + bytes("\0\0"))),
        tag(2, frame22("TT2", bytes("\1") + wide) + frame22("XYZ", "ab") +
                   frame22("ULT", bytes("\1eng\xFE\xFF\0d\0\0") + wide))},
       {tag(2, frame22("PIC", bytes("\0JPG\3\0") + kPng) + frame22("TT2", bytes("\0A\0"))),
-       tag(2, frame22("TT2", bytes("\0A")) + frame22("PIC", bytes("\0JPG\0\0") + kPng))},
+       tag(2, frame22("TT2", latin("A")) + frame22("PIC", bytes("\0JPG\0\0") + kPng))},
   };
   for (const auto &each : cases) {
     const QByteArray after = edited(each.before + audio());
@@ -138,18 +133,32 @@ TEST_F(ID3Writing, AnOldBlockStaysOldWhileNothingIsLost) {
             audio() + block({{3, "Title"}, {126, "\x0C"}}));
   EXPECT_EQ(edited(audio() + old, [](MP3InfoTag &each) { each.setTitle(QString(31, u'a')); }),
             tag(3, frame23("TIT2", bytes("\0") + QByteArray(31, 'a') + bytes("\0")) +
-                       frame23("TRCK", bytes("\0"
-                                             "7\0"))) +
+                       frame23("TRCK", latin(bytes("7\0")))) +
                 audio() + block({{3, QByteArray(30, 'a')}, {126, "\7"}}));
   EXPECT_EQ(edited(tag(3, frame23("TALB", bytes("\0\x80\0"))) + audio() + old).right(128),
             block({{63, "\x80"}}));
+}
+
+TEST_F(ID3Writing, WhatAVersionCannotHoldIsLeftOutAndLogged) {
+  MP3InfoTag odd;
+  odd.addObjectForFrameID(QStringList{u"A"_qs}, "TIT2");
+  odd.addObjectForFrameID(QByteArray("raw"), "XYZ");
+  odd.addObjectForFrameID(TextBlock{u"\u4e2d\u6587\u4e2d"_qs, {}, u"la"_qs}, "USLT");
+  odd.addImage(ID3Image::imageWithDataMimeType("none", {}));
+  odd.addObjectForFrameID(odd.images()[0], "PRIV");
+  EXPECT_EQ(ID3Writer(odd).dataForID3v22(), tag(2, frame22("XYZ", "raw")));
+  EXPECT_TRUE(logContains(u"(null)/A dataForID3v22 cannot include (null)"_qs));
+  EXPECT_EQ(ID3Writer(odd).dataForID3V23orV24(false),
+            tag(3, frame23("TIT2", bytes("\0A\0")) + frame23("USLT", bytes("\0\0\0\0\0la")) + "PRIV" +
+                       frame23("APIC", bytes("\0\0\0\0none"))));
+  EXPECT_TRUE(logContains(u"id3v24 frame 'PRIV' of class ID3Image!"_qs));
 }
 
 TEST_F(ID3Writing, SizesThatDoNotFitTheirFieldMakeNoTag) {
   MP3InfoTag large;
   large.setReadVersion(u"2.2.0"_qs);
   large.addObjectForFrameID(QByteArray(1 << 24, 'x'), "XYZ");
-  const QByteArray before = tag(2, frame22("TT2", bytes("\0A"))) + audio();
+  const QByteArray before = tag(2, frame22("TT2", latin("A"))) + audio();
   EXPECT_EQ(writtenInto(large, before), before);
   EXPECT_EQ(error, u"No ID3 tag could be made of this information."_qs);
   MP3InfoTag mixed;
@@ -162,11 +171,8 @@ TEST_F(ID3Writing, SizesThatDoNotFitTheirFieldMakeNoTag) {
 TEST_F(ID3Writing, AFileThatWouldBeSpoiledIsLeftAlone) {
   MP3InfoTag title;
   title.setTitle(u"T"_qs);
-  const QByteArray box = bytes(
-                             "\0\0\0\x18"
-                             "ftypmp42") +
-                         audio();
-  const QByteArray head = tag(3, frame23("TALB", bytes("\0B")) + QByteArray(50, '\0'));
+  const QByteArray box = bytes("\0\0\0\30ftypmp42") + audio();
+  const QByteArray head = tag(3, frame23("TALB", latin("B")) + QByteArray(50, '\0'));
   for (const QByteArray &before : {box, head + box, head + audio(100), QByteArray("short")}) {
     EXPECT_EQ(writtenInto(title, before), before);
     EXPECT_FALSE(answer);
@@ -178,7 +184,7 @@ TEST_F(ID3Writing, AFileThatWouldBeSpoiledIsLeftAlone) {
 }
 
 TEST_F(ID3Writing, AFullDiskCostsNothing) {
-  const QByteArray before = tag(3, frame23("TALB", bytes("\0B"))) + audio(50000) + block({});
+  const QByteArray before = tag(3, frame23("TALB", latin("B"))) + audio(50000) + block({});
   MP3InfoTag title;
   title.setTitle(QString(2000, u'T'));
   struct rlimit old = {};
@@ -196,7 +202,7 @@ TEST_F(ID3Writing, AFullDiskCostsNothing) {
 
 TEST_F(ID3Writing, TheFileStaysTheSameFileHoweverTheTagsLengthChanges) {
   const QByteArray song = audio(900 * 1024);
-  QByteArray before = tag(3, frame23("TALB", bytes("\0B"))) + song;
+  QByteArray before = tag(3, frame23("TALB", latin("B"))) + song;
   const QString path = file(before);
   struct stat first = {};
   ASSERT_EQ(::stat(path.toUtf8().constData(), &first), 0);

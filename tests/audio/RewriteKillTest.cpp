@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "audio/ByteView.h"
 #include "audio/FileRewriter.h"
 #include "tests/audio/ID3Builder.h"
 #include "tests/fixtures/TestPlatform.h"
@@ -31,13 +32,12 @@ constexpr int kRecord = 8, kRecords = 70000, kLength = kRecord * kRecords;
 
 /// How many of the audio's numbered records a file still holds, at whatever places.
 int recordsIn(const QByteArray &bytes) {
+  const ByteView view{QByteArrayView(bytes)};
   std::vector<bool> seen(kRecords);
   for (qsizetype at = bytes.indexOf('\xA5'); at >= 0 && at + kRecord <= bytes.size();
        at = bytes.indexOf('\xA5', at + 1)) {
-    const auto digit = [&](qsizetype index) { return quint32(quint8(bytes[at + index])); };
-    const quint32 record = digit(5) << 16 | digit(6) << 8 | digit(7);
-    if (record < kRecords && bytes.mid(at + 1, 4) == id3::number(record * 2654435761u, 4))
-      seen[record] = true;
+    const quint32 record = view.u24(at + 5);
+    if (record < kRecords && view.u32(at + 1) == record * 2654435761u) seen[record] = true;
   }
   return int(std::count(seen.begin(), seen.end(), true));
 }
