@@ -108,7 +108,8 @@ std::vector<ID3ImagePtr> MP3InfoTag::images() const {
 }
 
 qint32 MP3InfoTag::numberOfImages() const {
-  const qint32 told = AudioInfoTag::numberOfImages();
+  // The picture of an artwork file is none of the frames yet.
+  const qint32 told = mLazy ? mLazyNumberOfImages : qint32(miTunesArtworks.size());
   return told > 0 ? told : qint32(images().size());
 }
 

@@ -5,6 +5,7 @@
 #include <QtEndian>
 
 #include "audio/mp4/AACInfoTag.h"
+#include "audio/tags/MP3InfoTag.h"
 #include "tests/fixtures/TestPlatform.h"
 #include "values/Keys.h"
 
@@ -146,6 +147,12 @@ TEST_F(Infotag, ArtworkFilesAreTakenWithinTheirBounds) {
   ASSERT_EQ(png.size(), 1U);
   EXPECT_EQ(png[0]->mimeFormat(), u"image/png"_qs);
   EXPECT_EQ(png[0]->imageData().size(), 1034 - 70);
+  MP3InfoTag mpeg;
+  mpeg.addiTunesArtworkAtPath(folder(u"music/a.itc"_qs));
+  EXPECT_TRUE(mpeg.numberOfImages() == 1 && mpeg.frames().empty());
+  mpeg.addImage(ID3Image::imageWithDataMimeType("x", {}));
+  EXPECT_TRUE(mpeg.numberOfImages() == 2 && mpeg.frames().size() == 2)
+      << "the file's picture becomes one of the tag's";
   EXPECT_EQ(artwork(10, "PNGx", 1034)[0]->mimeFormat(), u"image/jpeg"_qs);
   EXPECT_TRUE(artwork(11, "PNGf", 1034).empty());
   EXPECT_TRUE(artwork(0xFFFFFFFF, "PNGf", 1034).empty());
