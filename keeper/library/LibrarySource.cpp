@@ -34,11 +34,14 @@ qsizetype numbersNamed(QByteArrayView bytes) {
   return count;
 }
 
-Value readBytes(QByteArrayView bytes, QString *error) {
+Value readBytes(QByteArrayView bytes, QString *error, QString *damage) {
   using namespace BMUtility;
   PropertyListCounts counts;
   const Value first = mutablePropertyListFromDataTrySystemFirstErrorDescription(bytes, true, error, &counts);
   const qsizetype named = numbersNamed(bytes);
+  if (counts.isManual) {
+    *damage = QStringLiteral("it is no sound property list, and numbers of more than 32 bits may be lost");
+  }
   if (counts.isManual || tracksIn(first) + itemsIn(first) >= named) return first;
   QString ownError;
   const Value own = mutablePropertyListFromDataTrySystemFirstErrorDescription(bytes, false, &ownError);
@@ -67,13 +70,15 @@ LibrarySource readLibrarySource(const QString &path) {
   const uchar *mapped = size > 0 ? file.map(0, size) : nullptr;
   const QByteArray copied = mapped ? QByteArray() : file.readAll();
   makeHeapRoom(size * 2);
-  QString error;
-  const Value root = readBytes(mapped ? QByteArrayView(mapped, size) : QByteArrayView(copied), &error);
+  QString error, damage;
+  const Value root =
+      readBytes(mapped ? QByteArrayView(mapped, size) : QByteArrayView(copied), &error, &damage);
   // What was read before the damage is worth more than nothing.
-  if (!error.isEmpty()) BMLog("[import] %@ is damaged: %@", path, error);
+  if (!error.isEmpty()) damage = error;
+  if (!damage.isEmpty()) BMLog("[import] %@ is damaged: %@", path, damage);
   const Dictionary &library = root.toDictionary();
   const bool isLibrary = library.value(keys::Tracks).type() == Value::Type::Dictionary;
-  if (isLibrary && (error.isEmpty() || tracksIn(root) > 0)) return {library, {}, error};
+  if (isLibrary && (error.isEmpty() || tracksIn(root) > 0)) return {library, {}, damage};
   const QString why = error.isEmpty() ? QStringLiteral("it holds no library") : error;
   return {{}, QStringLiteral("cannot import %1: %2").arg(path, why), {}};
 }
