@@ -8,6 +8,7 @@
 #include "ctl/InspectTextCommand.h"
 #include "ctl/KeeperCommand.h"
 #include "ctl/LibraryInfoCommand.h"
+#include "ctl/LibraryLoadCommand.h"
 #include "ctl/LibraryTracksCommand.h"
 #include "ctl/MarksCommand.h"
 #include "ctl/NamesCommand.h"
@@ -35,6 +36,7 @@ CommandTable::CommandTable() {
   commands.push_back(std::make_unique<IgnoreCommand>());
   commands.push_back(std::make_unique<IgnoredCommand>());
   commands.push_back(std::make_unique<LibraryInfoCommand>());
+  commands.push_back(std::make_unique<LibraryLoadCommand>());
   commands.push_back(std::make_unique<LibraryTracksCommand>());
   commands.push_back(std::make_unique<PrefsCommand>());
   commands.push_back(std::make_unique<KeeperCommand>());

@@ -5,8 +5,27 @@
 
 #include "app/library/LibraryFile.h"
 #include "app/library/LibraryLocation.h"
+#include "platform/FileAddress.h"
 #include "platform/Platform.h"
 #include "values/Keys.h"
+
+namespace {
+
+/// From here on the library is a file, whatever could be read directly.
+void useFileOnly() {
+  Platform fileOnly = platform();
+  fileOnly.libraryFramework = nullptr;
+  setPlatform(fileOnly);
+  iTunesLibInterface::reset();
+}
+
+/// Where the library lies that is read directly.
+QString directFolder() {
+  LibraryFramework *const library = iTunesLibInterface::libraryObject();
+  return library ? pathOfFileAddress(library->musicFolderLocation().value_or(QString())) : QString();
+}
+
+}  // namespace
 
 bool chooseLibraryFile(const QString &given, Terminal &terminal) {
   const QFileInfo info(given);
@@ -15,6 +34,7 @@ bool chooseLibraryFile(const QString &given, Terminal &terminal) {
     terminal.say(QStringLiteral("the library \"%1\" %2").arg(printable(given), what));
     return false;
   }
+  if (!given.isEmpty()) useFileOnly();
   iTunesInterface::setMusicLibraryXMLPath(given.isEmpty() ? QString() : info.absoluteFilePath());
   if (iTunesInterface::canGetMusicLibrary()) return true;
   terminal.say(QStringLiteral("no music library found; name its file with --library FILE"));
@@ -24,17 +44,18 @@ bool chooseLibraryFile(const QString &given, Terminal &terminal) {
 std::optional<OpenedLibrary> OpenedLibrary::open(const QString &given, Terminal &terminal) {
   if (!chooseLibraryFile(given, terminal)) return std::nullopt;
   OpenedLibrary opened;
-  opened.path = iTunesInterface::currentMusicLibraryXMLPath();
-  opened.date = platform().fileFacts->modificationDate(opened.path);
+  opened.isDirect = iTunesInterface::haveDirectLibraryAccess();
+  opened.path = opened.isDirect ? directFolder() : iTunesInterface::currentMusicLibraryXMLPath();
+  opened.date = iTunesInterface::currentMusicLibraryDate();
   QString error;
-  opened.root = iTunesInterface::getMusicLibraryDictionaryAtPathWithError(opened.path, &error);
+  opened.root = iTunesInterface::getMusicLibraryDictionaryWithError(&error);
   if (error.isEmpty() && opened.root.value(keys::Tracks).toDictionary().isNull())
     error = QStringLiteral("it holds no tracks");
   if (!error.isEmpty()) {
     terminal.say(QStringLiteral("the library \"%1\" cannot be read: %2").arg(printable(opened.path), error));
     return std::nullopt;
   }
-  warnIfCutOff(opened.path, terminal);
+  if (!opened.isDirect) warnIfCutOff(opened.path, terminal);
   return opened;
 }
 

@@ -33,7 +33,8 @@ int ScanningCommand::run(const QStringList &arguments, Terminal &terminal) {
   if (!isMediaFolderUsable(request.media, terminal)) return exitcode::kReported;
   const Session session(Session::LogAtEnd::Compressed);
   if (!chooseLibraryFile(request.library, terminal)) return exitcode::kReported;
-  warnIfCutOff(iTunesInterface::currentMusicLibraryXMLPath(), terminal);
+  if (!iTunesInterface::haveDirectLibraryAccess())
+    warnIfCutOff(iTunesInterface::currentMusicLibraryXMLPath(), terminal);
   return scan(request, options, terminal);
 }
 
