@@ -1,0 +1,45 @@
+#include "keeper/server/FirstImport.h"
+
+#include "keeper/library/TrackTable.h"
+#include "keeper/server/ImportJob.h"
+#include "support/BMLog.h"
+
+FirstImport::FirstImport(const QString &folder, const keeperProtocol::ImportRequest &request,
+                         StatusBoard &board_)
+    : board(board_) {
+  board.write([&](keeperProtocol::Status &status) {
+    status.importing = keeperProtocol::Status::Importing{0, 0, request.file};
+  });
+  thread = std::thread([this, folder, request] { run(folder, request); });
+}
+
+FirstImport::~FirstImport() {
+  cancelled = true;
+  thread.join();
+}
+
+void FirstImport::run(const QString &folder, const keeperProtocol::ImportRequest &request) {
+  LibraryStore store;
+  const QString problem = store.open(folder);
+  result = problem.isEmpty() ? importJob::run(store, request,
+                                              [this](const ImportProgress &progress) {
+                                                board.write([&](keeperProtocol::Status &status) {
+                                                  status.importing->done = progress.done;
+                                                  status.importing->total = progress.total;
+                                                });
+                                                return !cancelled;
+                                              })
+                             : keeperProtocol::failed(keeperProtocol::kHandlerFailed, problem);
+  if (result.failure) {
+    BMLog("!!! import: %@", result.failure->message);
+  } else {
+    BMLog("%@", result.result->text);
+  }
+  const qint64 tracks = problem.isEmpty() && !result.failure ? qint64(store.tracks().count()) : 0;
+  store.close();
+  ended = true;
+  board.write([&](keeperProtocol::Status &status) {
+    status.importing.reset();
+    status.tracks = tracks;
+  });
+}

@@ -1,0 +1,177 @@
+#include "keeper/server/MusicKeeper.h"
+
+#include <unistd.h>
+
+#include "keeper/library/KeeperApplication.h"
+#include "keeper/library/LibraryExport.h"
+#include "keeper/library/LibrarySource.h"
+#include "keeper/library/TrackTable.h"
+#include "keeper/script/Interpreter.h"
+#include "keeper/server/FirstImport.h"
+#include "keeper/server/ImportJob.h"
+#include "keeper/server/KeeperPreferences.h"
+#include "keeper/server/LibraryNotes.h"
+#include "platform/Platform.h"
+#include "support/BMLog.h"
+
+using namespace keeperProtocol;
+
+namespace {
+
+const QString kClosed = QStringLiteral("The library cannot be opened.");
+
+ScriptOutcome refused(const QString &message) {
+  return failed(kHandlerFailed, message);
+}
+
+}  // namespace
+
+MusicKeeper::MusicKeeper(Setup given) : setup(std::move(given)) {
+  board.write([this](Status &status) {
+    status.version = platform().bundle.shortVersion;
+    status.folder = setup.folder;
+    status.processID = ::getpid();
+  });
+}
+
+MusicKeeper::~MusicKeeper() = default;
+
+QString MusicKeeper::open() {
+  const bool isNew = !LibraryStore::existsIn(setup.folder);
+  const QString problem = openStore(LibraryStore::Access::ReadWrite);
+  if (!problem.isEmpty()) return problem;
+  lateExport = std::make_unique<LateExport>(setup.exportQuiet, [this] { exportLate(); });
+  try {
+    ImportRequest import = setup.import;
+    if (isNew) libraryNotes::setUntouched(store);
+    if (isNew && import.file.isEmpty()) libraryNotes::setWaitingFile(store, newestLibraryFile());
+    // A first import that was killed begins again.
+    if (import.file.isEmpty() && store.tracks().count() == 0) import.file = libraryNotes::waitingFile(store);
+    if (!import.file.isEmpty() && setup.waitsForImport) {
+      opening = importFile(import);
+    } else if (!import.file.isEmpty()) {
+      const QString readProblem = openStore(LibraryStore::Access::ReadOnly);
+      if (!readProblem.isEmpty()) return readProblem;
+      firstImport = std::make_unique<FirstImport>(setup.folder, import, board);
+    }
+    noteState();
+  } catch (const StoreError &error) {
+    return error.message;
+  }
+  return {};
+}
+
+QString MusicKeeper::openStore(LibraryStore::Access access) {
+  interpreter.reset();
+  application.reset();
+  const QString problem = store.open(setup.folder, access);
+  if (!problem.isEmpty()) return problem;
+  KeeperHooks hooks;
+  hooks.settings = readKeeperSettings;
+  hooks.exportLibrary = [this] { return exportIfNeeded(); };
+  hooks.quit = [this] { quits = true; };
+  application = std::make_unique<KeeperApplication>(store, hooks);
+  interpreter = std::make_unique<Interpreter>(*application);
+  return {};
+}
+
+ScriptOutcome MusicKeeper::run(const QString &source) {
+  takeOverFirstImport();
+  if (!interpreter) return refused(kClosed);
+  const ScriptOutcome outcome = interpreter->run(source);
+  noteState();
+  return outcome;
+}
+
+void MusicKeeper::takeOverFirstImport() {
+  if (!firstImport || !firstImport->hasEnded()) return;
+  opening = firstImport->outcome();
+  firstImport.reset();
+  const QString problem = openStore(LibraryStore::Access::ReadWrite);
+  if (!problem.isEmpty()) BMLog("!!! %@", problem);
+}
+
+void MusicKeeper::noteState() {
+  const ScriptValue state = application->property(QStringLiteral("player state"));
+  const bool plays = state.is(ScriptValue::Type::Constant) && state.term() == u"playing";
+  const qint64 stamp = store.changeStamp();
+  if (stamp == seenStamp && plays == board.read().playing) return;
+  board.write([&](Status &status) {
+    status.playing = plays;
+    if (!isImporting()) status.tracks = store.tracks().count();
+  });
+  if (stamp != std::exchange(seenStamp, stamp) && !isImporting()) lateExport->noteChange();
+}
+
+ScriptOutcome MusicKeeper::importFile(const ImportRequest &request) {
+  takeOverFirstImport();
+  if (!interpreter) return refused(kClosed);
+  if (isImporting()) return refused(QStringLiteral("Another import is under way."));
+  board.write([&](Status &status) { status.importing = Status::Importing{0, 0, request.file}; });
+  const ScriptOutcome outcome = importJob::run(store, request, [this](const ImportProgress &progress) {
+    board.write([&](Status &status) {
+      status.importing->done = progress.done;
+      status.importing->total = progress.total;
+    });
+    return true;
+  });
+  board.write([](Status &status) { status.importing.reset(); });
+  noteState();
+  return outcome;
+}
+
+ScriptOutcome MusicKeeper::exportFile(const ExportRequest &request) {
+  takeOverFirstImport();
+  if (!interpreter) return refused(kClosed);
+  if (isImporting()) return refused(QStringLiteral("An import is under way."));
+  const std::lock_guard guard(exporting);
+  const QString problem = LibraryExport(store).run(request.file);
+  if (!problem.isEmpty()) return refused(problem);
+  return {ScriptDescriptor::ofText(
+              QStringLiteral("Exported %1 tracks to %2").arg(store.tracks().count()).arg(request.file)),
+          std::nullopt};
+}
+
+bool MusicKeeper::needsExport() {
+  if (isImporting() || !readKeeperSettings().exportXML) return false;
+  return !libraryNotes::isUntouched(store) && !LibraryExport(store).isCurrent();
+}
+
+QString MusicKeeper::exportIfNeeded() {
+  const std::lock_guard guard(exporting);
+  try {
+    if (!needsExport()) return {};
+  } catch (const StoreError &error) {
+    return error.message;
+  }
+  if (lateExport) lateExport->forget();
+  return LibraryExport(store).run();
+}
+
+void MusicKeeper::exportLate() {
+  const std::lock_guard guard(exporting);
+  if (!readKeeperSettings().exportXML) return;
+  // A store of this thread's own: scripts go on meanwhile.
+  LibraryStore own;
+  const QString problem = own.open(setup.folder);
+  if (!problem.isEmpty()) return BMLog("!! the library is not exported: %@", problem);
+  try {
+    LibraryExport exported(own);
+    if (!libraryNotes::isUntouched(own) && !exported.isCurrent()) (void)exported.run();
+  } catch (const StoreError &error) {
+    BMLog("!! the library is not exported: %@", error.message);
+  }
+}
+
+void MusicKeeper::close() {
+  lateExport.reset();
+  const bool wasImporting = isImporting();
+  firstImport.reset();
+  if (application && !wasImporting) {
+    const QString problem = exportIfNeeded();
+    if (!problem.isEmpty()) BMLog("!! the library is not exported: %@", problem);
+  }
+  interpreter.reset();
+  application.reset();
+  store.close();
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <mutex>
+
+#include "platform/keeper/KeeperProtocol.h"
+
+/// What the keeper says of itself while it is busy: written by those who know, read at any time. Any thread.
+class StatusBoard {
+ public:
+  keeperProtocol::Status read() const {
+    const std::lock_guard guard(lock);
+    return status;
+  }
+  template <class Change>
+  void write(Change change) {
+    const std::lock_guard guard(lock);
+    change(status);
+  }
+
+ private:
+  mutable std::mutex lock;
+  // Guarded by lock.
+  keeperProtocol::Status status;
+};

@@ -1,0 +1,18 @@
+#include <QCoreApplication>
+
+#include "keeper/server/KeeperProgram.h"
+#include "platform/HeapRoom.h"
+#include "platform/keeper/KeeperFolder.h"
+#include "platform/qt/QtPlatform.h"
+
+int main(int argumentCount, char *arguments[]) {
+  shareOneHeap();
+  QCoreApplication application(argumentCount, arguments);
+  BundleInformation bundle;
+  bundle.executable = QStringLiteral("tallyfen-keeper");
+  bundle.identifier = keeperFolder::kDomain;
+  bundle.shortVersion = QStringLiteral(TALLYFEN_VERSION);
+  bundle.version = bundle.shortVersion;
+  const QtPlatform services(bundle, standardFolders(), standardPreferenceFolder());
+  return keeperProgram::run(QCoreApplication::arguments().sliced(1));
+}
