@@ -61,7 +61,7 @@ void DeclarationParser::declarations(Script &script, bool wholeText) {
 
 bool DeclarationParser::declaration(Script &script) {
   ScriptCursor &cursor = all.cursor;
-  if (cursor.takeWord(u"property") || cursor.takeWord(u"prop")) {
+  if (cursor.takeWord(u"property")) {
     property(script);
   } else if (cursor.atWord(u"on") || cursor.atWord(u"to")) {
     handler(script);

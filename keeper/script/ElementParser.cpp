@@ -1,6 +1,7 @@
 #include "keeper/script/ElementParser.h"
 
 #include <QHash>
+#include <QSet>
 #include <algorithm>
 
 #include "keeper/script/ScriptParsing.h"
@@ -32,6 +33,16 @@ const QHash<QString, OrdinalWord> &ordinalWords() {
     return all;
   }();
   return words;
+}
+
+/// Kinds of values, of which a list may hold some, but which no key picks: `date "…"` depends on the region
+/// and is not known here.
+bool takesKey(const QString &className) {
+  static const QSet<QString> values = {QStringLiteral("integer"), QStringLiteral("real"),
+                                       QStringLiteral("number"),  QStringLiteral("boolean"),
+                                       QStringLiteral("list"),    QStringLiteral("record"),
+                                       QStringLiteral("date"),    QStringLiteral("application")};
+  return !values.contains(className);
 }
 
 }  // namespace
@@ -74,7 +85,8 @@ ReferenceParser::Chain ElementParser::classTerm() {
   all.cursor.skip(term.words);
   Element element;
   element.className = term.meaning;
-  if (takeSelectorWord(element.selector) || atKey(0)) return keyed(std::move(element), start);
+  const bool keyable = takesKey(term.meaning);
+  if (keyable && (takeSelectorWord(element.selector) || atKey(0))) return keyed(std::move(element), start);
   if (term.kind != ScriptTerms::Term::Kind::Plural) {
     const bool text = term.meaning == u"text";
     return {all.make(start, Literal{ScriptClassName{term.meaning}}), nullptr, text};

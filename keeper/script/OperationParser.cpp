@@ -132,19 +132,20 @@ ExpressionPtr OperationParser::expression(Level loosest) {
   const ScriptCursor::Level level(all.cursor);
   const qsizetype start = all.cursor.start();
   ExpressionPtr left = prefixed(loosest);
-  std::optional<Level> compared;
+  // The level of the comparison that has just ended; none is at Or.
+  Level compared = Level::Or;
   while (const std::optional<FoundOperator> found = operatorAt(all.cursor)) {
     if (found->level < loosest) break;
     // Comparisons do not chain.
-    if (compared == found->level) all.cursor.failAfter();
+    if (compared != Level::Or && compared == found->level) all.cursor.failAfter();
     all.cursor.skip(found->tokens);
     if (found->level == Level::As) {
       left = coercion(std::move(left), start);
     } else if (!takeRunning(left, found->op, start)) {
       left = link(std::move(left), found->level, found->op, start);
     }
-    compared.reset();
-    if (found->level == Level::Equality || found->level == Level::Order) compared = found->level;
+    const bool comparison = found->level == Level::Equality || found->level == Level::Order;
+    compared = comparison ? found->level : Level::Or;
   }
   return left;
 }

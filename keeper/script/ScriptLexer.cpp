@@ -15,9 +15,8 @@ bool isReserved(const QString &word) {
         "about above after against and apart around as aside at before beginning behind below beneath beside "
         "between but by considering contain contains continue copy count div does doesn't eighth else end "
         "equal equals error every exists exit false fifth first for fourth from get given global if ignoring "
-        "in instead into is isn't it its last local me middle mod my ninth not of on onto or out over "
-        "property "
-        "prop repeat return returning script second set seventh since sixth some tell tenth that then third "
+        "in instead into is isn't it its last local me middle mod my ninth not of on onto or property "
+        "repeat return returning script second set seventh since sixth some tell tenth that then third "
         "through thru timeout times to true try until using where while whose with without");
     for (const QString &word_ : text.split(u' ')) all.insert(word_);
     return all;

@@ -41,7 +41,7 @@ Statement::Form StatementParser::form() {
   if (cursor.takeWord(u"copy")) return copy();
   if (cursor.takeWord(u"return")) return giveBack();
   if (cursor.takeWord(u"error")) return Raise{errorParts(false)};
-  if (cursor.takeWord(u"exit")) return exitRepeat();
+  if (cursor.atWord(u"exit")) return exitRepeat();
   if (cursor.takeWord(u"global")) return declare(true);
   if (cursor.takeWord(u"local")) return declare(false);
   if (cursor.atWord(u"script")) return all.declarations.definition();
@@ -78,6 +78,7 @@ Statement::Form StatementParser::giveBack() {
 
 Statement::Form StatementParser::exitRepeat() {
   const qsizetype start = all.cursor.start();
+  all.cursor.take();
   all.cursor.takeWord(u"repeat");
   if (frame.repeats > 0) return ExitRepeat{};
   throw ScriptError{scriptErrors::kExitOutsideRepeat,
