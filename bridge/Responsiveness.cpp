@@ -23,8 +23,10 @@ bool isiTunesResponsive() {
   if (state == kInFlight) return false;
   state = kInFlight;
   const auto check = std::make_shared<iTunesResponseCheck>();
-  shared.abandoned.detach(QStringLiteral("threadediTunesResponseCheck"),
-                          [check] { check->threadediTunesResponseCheck(); });
+  // Without a thread nobody would ever end the question.
+  if (!shared.abandoned.detach(QStringLiteral("threadediTunesResponseCheck"),
+                               [check] { check->threadediTunesResponseCheck(); }))
+    state = BridgeState::kUnknown;
   Clock &clock = *platform().clock;
   const double begin = clock.now().seconds;
   while (state == kInFlight && clock.now().seconds - begin < kProbeSeconds) clock.sleep(kPollSeconds);

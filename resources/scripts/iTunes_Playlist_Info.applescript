@@ -27,10 +27,10 @@ on lineOf(pl)
 	return plName & "|@" & plPid & "|@" & my numberOfKind(kindName) & "|@" & isSmart & "|@" & folderPid
 end lineOf
 
-set out to ""
+set joined to ""
 tell application "iTunes" to set pls to (get every playlist of source 1)
 repeat with i from 1 to (count of pls)
-	if i > 1 then set out to out & return
-	set out to out & my lineOf(item i of pls)
+	if i > 1 then set joined to joined & return
+	set joined to joined & my lineOf(item i of pls)
 end repeat
-return out
+return joined

@@ -144,11 +144,11 @@ on copyInfo(fromPid, toPid)
 end copyInfo
 
 on failureText()
-	set out to "error: not copied: " & (item 1 of failures)
+	set joined to "error: not copied: " & (item 1 of failures)
 	repeat with i from 2 to (count of failures)
-		set out to out & ", " & (item i of failures)
+		set joined to joined & ", " & (item i of failures)
 	end repeat
-	return out
+	return joined
 end failureText
 
 try

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <iostream>
+
 #include "bridge/BridgeState.h"
 #include "bridge/iTunesInterface.h"
 #include "platform/qt/QtWorkspace.h"
@@ -30,6 +32,7 @@ class BridgeTest : public TestPlatform {
   ~BridgeTest() override {
     // Threads that hang on the host end before it.
     resetBridge();
+    if (HasFailure()) std::cerr << "The log:\n" << logText().toStdString() << std::endl;
   }
 
   void setRunning(bool isRunning) {
