@@ -148,16 +148,24 @@ struct Evaluator {
   }
 };
 
-}  // namespace
-
-ScriptValue evalExpressions::evaluate(ScriptRun &run, const Expression &expression) {
+/// Does what belongs to an expression: an error that names no place yet is there.
+template <typename Work>
+auto at(const Expression &expression, const Work &work) {
   try {
-    run.step();
-    return std::visit(Evaluator{run, expression}, expression.form);
+    return work();
   } catch (ScriptError &error) {
     if (error.range.length == 0) error.range = expression.range;
     throw;
   }
+}
+
+}  // namespace
+
+ScriptValue evalExpressions::evaluate(ScriptRun &run, const Expression &expression) {
+  return at(expression, [&] {
+    run.step();
+    return std::visit(Evaluator{run, expression}, expression.form);
+  });
 }
 
 ScriptValue evalExpressions::value(ScriptRun &run, const Expression &expression) {
@@ -173,23 +181,20 @@ ScriptValue evalExpressions::unresolved(ScriptRun &run, const Expression &expres
                      std::holds_alternative<Element>(expression.form) ||
                      std::holds_alternative<Insertion>(expression.form);
   if (!isWay) return evaluate(run, expression);
-  try {
+  return at(expression, [&]() -> ScriptValue {
     run.step();
     return std::make_shared<const ScriptReference>(evalReferences::specify(run, expression, true));
-  } catch (ScriptError &error) {
-    if (error.range.length == 0) error.range = expression.range;
-    throw;
-  }
+  });
 }
 
 bool evalExpressions::condition(ScriptRun &run, const Expression &expression) {
-  return scriptCoercions::toBoolean(value(run, expression));
+  return at(expression, [&] { return scriptCoercions::toBoolean(value(run, expression)); });
 }
 
 QString evalExpressions::text(ScriptRun &run, const Expression &expression) {
-  return scriptCoercions::toText(value(run, expression), run.rules);
+  return at(expression, [&] { return scriptCoercions::toText(value(run, expression), run.rules); });
 }
 
 double evalExpressions::real(ScriptRun &run, const Expression &expression) {
-  return scriptCoercions::toReal(value(run, expression));
+  return at(expression, [&] { return scriptCoercions::toReal(value(run, expression)); });
 }

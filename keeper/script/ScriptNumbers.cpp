@@ -24,7 +24,7 @@ QString scriptNumbers::realText(double number) {
   if (!plain) {
     const qsizetype mark = digits.indexOf(u'e');
     const int power = QStringView(digits).mid(mark + 1).toInt();
-    exponent = QStringLiteral("E%1%2").arg(power < 0 ? u'-' : u'+').arg(std::abs(power));
+    exponent = QStringLiteral("E%1%2").arg(power < 0 ? QChar(u'-') : QChar(u'+')).arg(std::abs(power));
     digits.truncate(mark);
     while (digits.endsWith(u'0')) digits.chop(1);
     if (digits.endsWith(u'.')) digits.append(u'0');
