@@ -5,6 +5,8 @@
 void ScriptDictionary::add(const QString &term, Kind kind, const QString &meaning) {
   const int words = int(term.count(u' ')) + 1;
   longest = std::max(longest, words);
+  int &fromFirst = longestFrom[term.section(u' ', 0, 0)];
+  fromFirst = std::max(fromFirst, words);
   Term &known = terms[term];
   const bool shadowed = known.kind == Kind::Property && kind != Kind::Property;
   if (!shadowed) known = {kind, meaning, words};
@@ -34,8 +36,10 @@ void ScriptDictionary::addVerb(const ScriptVerb &scriptVerb) {
 }
 
 ScriptDictionary::Term ScriptDictionary::longestTerm(const QStringList &words) const {
-  for (qsizetype count = std::min<qsizetype>(longest, words.size()); count > 0; --count) {
-    const auto found = terms.constFind(words.first(count).join(u' '));
+  if (words.isEmpty()) return {};
+  const int most = longestFrom.value(words.first());
+  for (qsizetype count = std::min<qsizetype>(most, words.size()); count > 0; --count) {
+    const auto found = terms.constFind(count == 1 ? words.first() : words.first(count).join(u' '));
     if (found != terms.cend()) return *found;
   }
   return {};

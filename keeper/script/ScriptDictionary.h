@@ -56,5 +56,7 @@ class ScriptDictionary {
   QHash<QString, Term> terms;
   QHash<QString, ScriptClass> classes;
   QHash<QString, ScriptVerb> verbs;
+  /// How many words the longest term has that begins with a word: most words begin none.
+  QHash<QString, int> longestFrom;
   int longest = 0;
 };

@@ -90,7 +90,18 @@ Terms allTerms() {
 
 Term longestTerm(const QStringList &words) {
   static const Terms terms = allTerms();
-  for (qsizetype count = std::min<qsizetype>(kMostWords, words.size()); count > 0; --count) {
+  // Most words begin no term at all.
+  static const QHash<QString, int> longestFrom = [] {
+    QHash<QString, int> longest;
+    for (auto term = terms.cbegin(); term != terms.cend(); ++term) {
+      int &count = longest[term.key().section(u' ', 0, 0)];
+      count = std::max(count, term->words);
+    }
+    return longest;
+  }();
+  if (words.isEmpty()) return {};
+  const int most = longestFrom.value(words.first());
+  for (qsizetype count = std::min<qsizetype>(most, words.size()); count > 0; --count) {
     const auto found = terms.constFind(count == 1 ? words.first() : words.first(count).join(u' '));
     if (found != terms.cend()) return *found;
   }
