@@ -1,9 +1,12 @@
 #include <QScopeGuard>
 #include <QTimer>
 
+#include "audio/SongFile.h"
+#include "bridge/iTunesInterface.h"
 #include "desktop/DesktopView.h"
 #include "desktop/GuardedApplication.h"
 #include "platform/HeapRoom.h"
+#include "platform/keeper/KeeperPlatform.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/TerminationSignals.h"
 #include "program/Application.h"
@@ -21,7 +24,29 @@ BundleInformation bundle() {
   return information;
 }
 
+bool runsMusicApplication() {
+  iTunesInterface::resetIsMusicAppRunning();
+  return iTunesInterface::isMusicAppRunning();
+}
+
+/// A music application that nobody but this one has started ends with it.
+void quitMusicApplication() {
+  if (!iTunesInterface::haveBridge() || !runsMusicApplication()) return;
+  constexpr float kLongestSeconds = 4;
+  iTunesInterface::descFromScriptTimeoutSeconds(QStringLiteral("tell app \"iTunes\"\rquit\rend tell"),
+                                                kLongestSeconds);
+}
+
+/// The picture of a music file, which direct access to the library leaves to those who read tags.
+QByteArray pictureOfFile(const QString &path) {
+  const SongFilePtr song = SongFile::songWithPath(path);
+  AudioInfoTag *const tag = song ? song->infotag() : nullptr;
+  const std::vector<ID3ImagePtr> images = tag ? tag->images() : std::vector<ID3ImagePtr>();
+  return images.empty() ? QByteArray() : images.front()->imageData();
+}
+
 int runApplication(GuardedApplication &loop) {
+  const bool ranBefore = runsMusicApplication();
   DesktopView view;
   Application application(view);
   view.attach(application);
@@ -32,6 +57,7 @@ int runApplication(GuardedApplication &loop) {
   QTimer::singleShot(0, &loop, [&application] { application.controller().awakeFromNib(); });
   const int code = loop.run();
   application.state().endAllWork();
+  if (!ranBefore) quitMusicApplication();
   application.controller().applicationWillTerminate();
   return code;
 }
@@ -45,6 +71,8 @@ int main(int, char **argv) {
   char *arguments[] = {argv[0], nullptr};
   GuardedApplication loop(count, arguments);
   const QtPlatform platform(bundle(), standardFolders(), standardPreferenceFolder());
+  KeeperPlatform keeper(KeeperPlatform::Launching::WhenNeeded);
+  keeper.libraryFramework().setPictureReader(pictureOfFile);
   try {
     return runApplication(loop);
   } catch (...) {
