@@ -28,6 +28,25 @@ const Key kNotePath{u"path"};
 const Key kNoteDate{u"date"};
 constexpr qsizetype kProgressStride = 2000;
 
+/// Room for the pages of a large transaction: those that do not fit are written to the log again and again.
+class LargeCache {
+ public:
+  explicit LargeCache(StoreDatabase &of) : database(of) { setSize(262144); }
+  ~LargeCache() {
+    try {
+      setSize(StoreDatabase::kCacheKilobytes);
+      database.execute(QStringLiteral("PRAGMA shrink_memory"));
+    } catch (const StoreError &) {  // logged; the store is only larger in memory
+    }
+  }
+  LargeCache(const LargeCache &) = delete;
+  LargeCache &operator=(const LargeCache &) = delete;
+
+ private:
+  void setSize(int kilobytes) { database.execute(QStringLiteral("PRAGMA cache_size = -%1").arg(kilobytes)); }
+  StoreDatabase &database;
+};
+
 }  // namespace
 
 LibraryImport::LibraryImport(LibraryStore &into) : store(into) {}
@@ -43,6 +62,7 @@ QString LibraryImport::run(const QString &xmlPath, const ImportOptions &given) {
       if (!source.error.isEmpty()) return source.error;
       counts.damage = source.damage;
       keepOldLibrary();
+      const LargeCache cache(store.database());
       fill(source, xmlPath);
     }
     giveBackHeapRoom();

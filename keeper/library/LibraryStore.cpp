@@ -86,7 +86,7 @@ QString LibraryStore::open(const QString &folder, Access access) {
 void LibraryStore::prepare(const QString &folder) {
   const bool isEmpty = !base->isReadOnly() && isEmptyDatabase(*base);
   if (!isEmpty) checkIsOurs(*base);
-  base->execute(QStringLiteral("PRAGMA cache_size = -16384"));
+  base->execute(QStringLiteral("PRAGMA cache_size = -%1").arg(StoreDatabase::kCacheKilobytes));
   if (base->isReadOnly()) {
     base->refresh();
     return;

@@ -16,6 +16,9 @@
 /// the counter of changes. Operations throw `StoreError` unless they say otherwise. One thread.
 class StoreDatabase {
  public:
+  /// How much of the file is held in memory as a rule.
+  static constexpr int kCacheKilobytes = 16384;
+
   StoreDatabase() = default;
   ~StoreDatabase() { close(); }
   StoreDatabase(const StoreDatabase &) = delete;
