@@ -70,6 +70,17 @@ void setDisc(const Dictionary &record, qint64 number, qint64 count) {
   if (count > 0) record.set(keys::DiscCount, count);
 }
 
+/// The value of an item of an "ilst", behind the type and the locale of its "data". Items that the tree does
+/// not open hold the header of their "data" as well.
+QByteArray itemValue(Atom &list, const QString &name) {
+  constexpr qsizetype kHeader = 8, kTypeAndLocale = 8;
+  Atom *item = list.childAtAtomPathCreate(u"ilst:"_qs + name);
+  if (!item) return {};
+  if (!item->isContainer()) return item->data().mid(kHeader + kTypeAndLocale);
+  Atom *data = list.childAtAtomPathCreate(u"ilst:"_qs + name + u":data"_qs);
+  return data ? data->data().mid(kTypeAndLocale) : QByteArray();
+}
+
 }  // namespace
 
 namespace fileTexts {
@@ -91,18 +102,13 @@ void addFromMP4File(const QString &path, const Dictionary &record) {
     const AtomPtr root = Atom::atomContainerFromFile(std::make_shared<FileReader>(path));
     Atom *list = root->childAtAtomPathCreate(u"FILE:moov:udta:meta:ilst"_qs);
     if (!list) return;
-    const auto item = [list](const QString &name) {
-      return list->childAtAtomPathCreate(u"ilst:"_qs + name + u":data"_qs);
-    };
     for (const TextSource &source : textSources()) {
-      if (Atom *data = item(source.atom)) setText(record, source.key, data->stringValue());
+      setText(record, source.key, id3text::utf8(itemValue(*list, source.atom)));
     }
-    if (Atom *comment = item(u"©cmt"_qs)) setText(record, keys::Comments, comment->stringValue());
-    if (Atom *disc = item(u"disk"_qs)) {
-      const QByteArray payload = disc->data();
-      const ByteView bytes{payload};
-      setDisc(record, bytes.size() < 12 ? 0 : bytes.u16(10), bytes.size() < 14 ? 0 : bytes.u16(12));
-    }
+    setText(record, keys::Comments, id3text::utf8(itemValue(*list, u"©cmt"_qs)));
+    const QByteArray disc = itemValue(*list, u"disk"_qs);
+    const ByteView numbers{disc};
+    setDisc(record, numbers.size() < 4 ? 0 : numbers.u16(2), numbers.size() < 6 ? 0 : numbers.u16(4));
   } catch (const std::exception &) {  // atoms that cannot be: the walk has told the log
   }
 }
