@@ -7,6 +7,7 @@
 #include "bridge/iTunesInterface.h"
 #include "platform/Platform.h"
 #include "platform/qt/LibplistPropertyList.h"
+#include "platform/qt/QtFileFacts.h"
 #include "tests/fixtures/KeeperHost.h"
 
 // Operations on Music Keeper in this process, on a store whose changes are durable.
@@ -16,10 +17,13 @@ struct Keeper {
   Keeper() {
     startBenchPlatform();
     static LibplistPropertyList propertyLists;
+    static QtFileFacts fileFacts;
     Platform services = platform();
+    services.fileFacts = &fileFacts;
+    services.propertyLists = &propertyLists;
+    setPlatform(services);
     host = std::make_unique<KeeperHost>(folder.path());
     services.scriptHost = host.get();
-    services.propertyLists = &propertyLists;
     services.bundle.resourceFolder = QStringLiteral(TALLYFEN_RESOURCE_FOLDER);
     setPlatform(services);
   }
@@ -35,7 +39,11 @@ void rebuild(benchmark::State &state) {
   Keeper keeper;
   const int count = int(state.range(0));
   QStringList tracks;
-  for (int i = 0; i < count; ++i) tracks += keeper.host->addTrack(QStringLiteral("t%1").arg(i));
+  {
+    StoreBatch batch(keeper.host->store());
+    for (int i = 0; i < count; ++i) tracks += keeper.host->addTrack(QStringLiteral("t%1").arg(i));
+    batch.commit();
+  }
   double longest = 0;
   qint64 calls = 0;
   for (auto _ : state) {
