@@ -8,14 +8,13 @@
 #include "keeper/script/ScriptObject.h"
 #include "platform/ScriptHost.h"
 
-/// Beyond these a script is stopped with an error of the language.
+/// Beyond these a script is stopped with an error of the language. A text may have 64 MiB whatever they say;
+/// beyond that it is -2708 too.
 struct ScriptLimits {
   /// Handlers inside handlers; beyond it -2706.
   int depth = 512;
   /// Statements, expressions and rounds of loops; beyond it -2707, which no `try` catches.
   qint64 steps = 10'000'000;
-  /// UTF-16 code units of one text (64 MiB); beyond it -2708.
-  qsizetype textLength = 32 * 1024 * 1024;
   /// What the script's texts, lists and records may take together, in bytes; beyond it -2708.
   qint64 memory = 512LL * 1024 * 1024;
   /// Seconds that one command may take where no `with timeout` says otherwise; a command that took longer

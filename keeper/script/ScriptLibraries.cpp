@@ -1,6 +1,7 @@
 #include "keeper/script/ScriptLibraries.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringDecoder>
 
 #include "platform/Platform.h"
@@ -15,7 +16,8 @@ QString readText(const QString &path) {
   const ScriptError noScript{
       scriptErrors::kNotACompiledScript, QStringLiteral("The file %1 is no script.").arg(path), {}};
   QFile file(path);
-  if (!file.open(QFile::ReadOnly)) {
+  // A device may have no end.
+  if (!QFileInfo(path).isFile() || !file.open(QFile::ReadOnly)) {
     throw ScriptError{scriptErrors::kFileNotFound, QStringLiteral("File %1 wasn't found.").arg(path), {}};
   }
   if (file.size() > kLargestFile) throw noScript;
