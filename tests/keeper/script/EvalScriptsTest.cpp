@@ -87,7 +87,6 @@ TEST_F(EvalScripts, ErrorsAreCaughtByWhatTheyCarry) {
        {u"try // error \"a\" // end try // return 3"_qs, u"3"_qs},
        {u"error \"why\""_qs, u"-2700 [error \"why\"]"_qs},
        {u"return x1"_qs, u"-2753 [x1]"_qs},
-       {u"on h() // return // end h // set r to h() // return r"_qs, u"-2741 []"_qs},
        {u"set r to h() // return r // on h() // return // end h"_qs, u"-2753 [r]"_qs},
        {u"return 1 + h() // on h() // return // end h"_qs, u"-2763 [1 + h()]"_qs}});
 }
