@@ -52,14 +52,14 @@ void addFacts(const AudioInfoTag &tag, const Dictionary &record) {
 
 /// The tag tells an MPEG file's length in whole seconds; at one bit rate throughout, the bytes tell more.
 void refineTime(const MP3InfoTag &tag, const Dictionary &record) {
-  constexpr qint64 kSecond = 1000;
+  constexpr qint64 kSlack = 2000;
   const qint64 told = record.value(keys::TotalTime).toInteger(),
                rate = record.value(keys::BitRate).toInteger();
   const qint64 bytes = record.value(keys::Size).toInteger() - qint64(tag.id3v2Range().length) -
                        qint64(tag.id3v1Range().length);
   if (rate <= 0 || bytes <= 0) return;
   const qint64 exact = bytes * 8 / rate;
-  if (std::abs(exact - told) <= kSecond) record.set(keys::TotalTime, exact);
+  if (std::abs(exact - told) <= kSlack) record.set(keys::TotalTime, exact);
 }
 
 }  // namespace
