@@ -144,6 +144,13 @@ std::optional<ScriptListItems> PlaylistTracks::column(const QString &property) {
     });
     return items;
   }
+  if (mask == 0 && flags == 0 && field->key != Key()) {
+    // One statement for all entries: a look-up for each costs a lock of the file.
+    tracks.visitColumnOf(playlist, field->key, [&](const Value &value) {
+      items.push_back(field->read([&value](Key) { return value; }));
+    });
+    return items;
+  }
   for (const PlaylistEntry &entry : entries()) {
     items.push_back(field->read([&](Key key) { return tracks.value(entry.track, key); }));
   }

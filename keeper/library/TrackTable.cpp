@@ -151,6 +151,15 @@ void TrackTable::visitColumn(Key key, const std::function<void(TrackRow, const V
   }
 }
 
+void TrackTable::visitColumnOf(PlaylistRow playlist, Key key,
+                               const std::function<void(const Value &)> &visit) {
+  StoreStatement statement(database, QStringLiteral("SELECT tracks.record FROM entries JOIN tracks "
+                                                    "ON tracks.id = entries.track WHERE entries.playlist = ? "
+                                                    "ORDER BY entries.position"));
+  statement.bind(qint64(playlist)).run();
+  while (statement.next()) visit(valueInRecord(statement.bytes(0), key, database.keys));
+}
+
 std::vector<quint64> TrackTable::persistentIDs() {
   std::vector<std::pair<qint64, quint64>> found;
   StoreStatement statement(database, QStringLiteral("SELECT id, persistent_id FROM tracks"));

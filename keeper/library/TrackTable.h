@@ -47,6 +47,8 @@ class TrackTable {
   Value value(TrackRow row, Key key);
   /// One key of every track, in order, without the rest of their records.
   void visitColumn(Key key, const std::function<void(TrackRow, const Value &)> &visit);
+  /// The same for the entries of a playlist, repeats included.
+  void visitColumnOf(PlaylistRow playlist, Key key, const std::function<void(const Value &)> &visit);
   /// The persistent ID of every track, in order.
   std::vector<quint64> persistentIDs();
 
