@@ -1,15 +1,15 @@
 -- Sets a text of a track, which comes as the digits of its UTF-16 behind a byte-order mark: 1 if it is done.
-on hexNumber(digits)
-	set n to 0
-	repeat with k from 1 to (length of digits)
-		set n to n * 16 + (offset of (character k of digits) in "0123456789ABCDEF") - 1
-	end repeat
-	return n
+on hexNumber(pair)
+	set high to (offset of (character 1 of pair) in "0123456789ABCDEF") - 1
+	return high * 16 + (offset of (character 2 of pair) in "0123456789ABCDEF") - 1
 end hexNumber
 
 on unitAt(h, i, isBig)
-	if isBig then return my hexNumber(text i thru (i + 3) of h)
-	return my hexNumber((text (i + 2) thru (i + 3) of h) & (text i thru (i + 1) of h))
+	set low to text i thru (i + 1) of h
+	set high to text (i + 2) thru (i + 3) of h
+	if isBig then set {low, high} to {high, low}
+	if high is "00" then return my hexNumber(low)
+	return (my hexNumber(high)) * 256 + (my hexNumber(low))
 end unitAt
 
 on textFromHex(h)
