@@ -86,18 +86,19 @@ LibraryFramework *openedLibrary() {
   return nullptr;
 }
 
-/// The paths of the tracks' files: all of them, or those of 3 seconds if these are enough.
+/// The paths of the tracks' files: all of them, or those of 3 seconds if these are enough; none if they
+/// cannot be read.
 std::vector<QString> somePaths(LibraryFramework &object, double begin) {
   constexpr size_t kEnough = 500;
   constexpr double kLongEnoughSeconds = 3.0;
   std::vector<QString> paths;
-  object.visitMediaItems([&](const LibraryMediaItem &item) {
+  const bool wereRead = object.visitMediaItems([&](const LibraryMediaItem &item) {
     if (item.locationType != LibraryMediaItem::LocationType::File) return true;
     const QString path = pathOfFileAddress(item.location);
     if (!path.isEmpty()) paths.push_back(path);
     return paths.size() < kEnough || now() - begin <= kLongEnoughSeconds;
   });
-  return paths;
+  return wereRead ? paths : std::vector<QString>();
 }
 
 QString commonParentOf(const std::vector<QString> &paths) {
@@ -151,7 +152,9 @@ LibraryFramework *libraryObject() {
 bool canAccessLibrary() {
   LibraryFramework *const object = libraryObject();
   if (!object) return false;
-  if (!musicLibraryMediaPath().isNull() || !object->allPlaylists().empty()) return true;
+  if (!musicLibraryMediaPath().isNull()) return true;
+  const auto playlists = object->allPlaylists();
+  if (playlists && !playlists->empty()) return true;
   logProblem(object->problem());
   return false;
 }
@@ -188,7 +191,7 @@ QString musicLibraryMostCommonParentMediaPath() {
   if (one.commonParent || !object) return one.commonParent.value_or(QString());
   const double begin = now();
   const std::vector<QString> paths = somePaths(*object, begin);
-  // A library that has not been filled yet says nothing of the next hour.
+  // A library that has not been filled yet, or could not be read, says nothing of the next hour.
   if (paths.empty()) return {};
   one.commonParent = commonParentOf(paths);
   BMLog("[ITLI] musicLibraryMostCommonMediaPath (%d/%ld items, %.2f secs):\n %@", paths.size(),

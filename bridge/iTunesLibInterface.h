@@ -27,21 +27,23 @@ struct PlaylistSurvey {
 /// `libraryObject` does. Any thread.
 namespace iTunesLibInterface {
 
-/// The whole library; null if it cannot be read.
+/// The whole library as it stands at one moment; null if it cannot be read to its end, then with one line in
+/// `error` unless that is null.
 Dictionary getMusicLibraryDictionaryWithError(QString *error);
 /// All tracks by their identifier; null if the library cannot be read.
 Dictionary getTracks();
 /// All playlists with their items; null if the library cannot be read.
 Array getPlaylists();
-/// One playlist, its items with locations; null if there is none.
+/// One playlist, its items with locations; null if there is none, or if it cannot be read.
 Dictionary getPlaylistWithPersistentID(const QString &pid);
 /// A playlist with its items, with their locations only if asked for and the playlist is not the whole
-/// library.
+/// library; null if they cannot be read.
 Dictionary local_dictionaryForPlaylistWithLocations(const LibraryPlaylist &playlist, bool withLocations);
 /// One track; nothing for an empty or unknown identifier.
 std::optional<LibraryMediaItem> local_mediaItemForPersistentID(const QString &pid);
 
-/// 1 if the track has a picture, 0 if not, -1 if there is no such track.
+/// 1 if the track has a picture, 0 if not, -1 if there is no such track or it cannot
+/// be read.
 int artworkAvailableForPersistentID(const QString &pid);
 /// The bytes of its first picture; none if there is none.
 QByteArray artworkForPersistentID(const QString &pid);
@@ -52,7 +54,7 @@ QString pathOfTrackWithPID(const QString &pid);
 
 /// Looks at the user's visible, ordinary playlists, those left out whose name is in a list or begins with one
 /// of the prefixes. Lists those with at least `minCount` entries and those that hold the track, if one is
-/// given. Nothing if the library cannot be read.
+/// given. Nothing if the library cannot be read: that must not pass for a track that no playlist holds.
 std::optional<PlaylistSurvey>
 playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNamesPrefixedWith(
     qint64 minCount, const QString &trackPID, const QStringList &ignoredNames,

@@ -61,7 +61,8 @@ struct LibraryPlaylistItem {
 };
 
 /// The music application's library, read without the application's help and never written. What it says is as
-/// fresh as the last `reloadData`, or fresher. Any thread, several at once. Nothing throws.
+/// fresh as the last `reloadData`, or fresher. Any thread, several at once. Nothing throws; a read that
+/// breaks off says so, and what it gave until then is no library.
 class LibraryFramework {
  public:
   virtual ~LibraryFramework() = default;
@@ -74,30 +75,50 @@ class LibraryFramework {
   /// the file's modification date has to tell.
   virtual std::optional<Date> savedUntil() { return std::nullopt; }
 
-  /// Why a library that is there cannot be read, in one line; empty if it can, or if there is none.
+  /// From one to the other all that the calling thread reads is of one moment, where the library can do that.
+  /// Once at a time; see `LibrarySnapshot`.
+  virtual void beginSnapshot() {}
+  virtual void endSnapshot() {}
+
+  /// Why a library that is there cannot be read, or why the calling thread's last read broke off, in one
+  /// line; empty if all is well, or if there is none.
   virtual QString problem() { return {}; }
 
   /// How many tracks the library has.
   virtual qsizetype mediaItemCount() = 0;
-  /// Shows each track in turn until `visit` answers false. The item is valid during the call only.
-  virtual void visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) = 0;
-  /// One track; nothing if it is unknown.
+  /// Shows each track in turn until `visit` answers false. The item is valid during the call only. False if
+  /// the tracks could not be read to their end.
+  [[nodiscard]] virtual bool visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) = 0;
+  /// One track; nothing if it is unknown or cannot be read.
   virtual std::optional<LibraryMediaItem> mediaItem(quint64 persistentID) = 0;
-  /// All playlists, in the library's order.
-  virtual std::vector<LibraryPlaylist> allPlaylists() = 0;
-  /// The playlists that a track is in.
-  virtual std::set<quint64> playlistsContaining(quint64 trackID) = 0;
-  /// Shows the entries of a playlist in their order, with locations only if asked for.
-  virtual void visitItems(quint64 playlistID, bool withLocations,
-                          const std::function<bool(const LibraryPlaylistItem &)> &visit) = 0;
+  /// All playlists, in the library's order; nothing if they cannot be read.
+  virtual std::optional<std::vector<LibraryPlaylist>> allPlaylists() = 0;
+  /// The playlists that a track is in; nothing if they cannot be read.
+  virtual std::optional<std::set<quint64>> playlistsContaining(quint64 trackID) = 0;
+  /// Shows the entries of a playlist in their order, with locations only if asked for, until `visit` answers
+  /// false. False if they could not be read to their end.
+  [[nodiscard]] virtual bool visitItems(quint64 playlistID, bool withLocations,
+                                        const std::function<bool(const LibraryPlaylistItem &)> &visit) = 0;
 
   /// "file:" addresses of the folder of the media and of the folder that holds the library; nothing where the
   /// library does not say.
   virtual std::optional<QString> mediaFolderLocation() = 0;
   virtual std::optional<QString> musicFolderLocation() = 0;
 
-  /// True if the track has a picture.
-  virtual bool hasArtworkAvailable(quint64 persistentID) = 0;
+  /// True if the track has a picture; nothing if it cannot be read.
+  virtual std::optional<bool> hasArtworkAvailable(quint64 persistentID) = 0;
   /// The bytes of the track's first picture; none if it has none.
   virtual QByteArray artwork(quint64 persistentID) = 0;
+};
+
+/// While it lives, its thread sees one state of a library, whatever the application changes.
+class LibrarySnapshot {
+ public:
+  explicit LibrarySnapshot(LibraryFramework &of) : library(of) { library.beginSnapshot(); }
+  ~LibrarySnapshot() { library.endSnapshot(); }
+  LibrarySnapshot(const LibrarySnapshot &) = delete;
+  LibrarySnapshot &operator=(const LibrarySnapshot &) = delete;
+
+ private:
+  LibraryFramework &library;
 };

@@ -41,11 +41,12 @@ LibraryPlaylist playlistOf(const QSqlQuery &row) {
   return playlist;
 }
 
-void visitTracks(StoreReader &reader, const QString &sql, const QVariantList &values,
+/// As `StoreReader::visit`.
+bool visitTracks(StoreReader &reader, const QString &sql, const QVariantList &values,
                  const std::function<bool(const LibraryMediaItem &)> &visit) {
   RecordItems items;
   bool isReady = false;
-  reader.visit(sql, values, [&](const QSqlQuery &row) {
+  return reader.visit(sql, values, [&](const QSqlQuery &row) {
     enum Column { PersistentID, Flags, Record };
     if (!isReady) items.setKeys(reader.keys());
     isReady = true;
@@ -68,7 +69,7 @@ QString KeeperLibraryFramework::folder() const {
 KeeperLibraryFramework::Seat *KeeperLibraryFramework::seat() {
   const quint64 wanted = generation;
   Seat *own = seats.hasLocalData() ? seats.localData() : nullptr;
-  if (own && own->generation == wanted) return own;
+  if (own && (own->generation == wanted || own->reader.isHeld())) return own;
   const QString path = folder() + u'/' + storeSchema::kFileName;
   own = QFileInfo(path).size() > 0 ? new Seat(path) : nullptr;
   seats.setLocalData(own);
@@ -83,7 +84,22 @@ StoreReader *KeeperLibraryFramework::reader() {
 
 QString KeeperLibraryFramework::problem() {
   Seat *const own = seat();
-  return own && !own->reader.isOpen() ? folder() + QStringLiteral(": ") + own->reader.error() : QString();
+  if (!own || (own->reader.isOpen() && own->reader.error().isEmpty())) return {};
+  return folder() + QStringLiteral(": ") + own->reader.error();
+}
+
+void KeeperLibraryFramework::beginSnapshot() {
+  if (StoreReader *const store = reader()) store->hold();
+}
+
+void KeeperLibraryFramework::endSnapshot() {
+  if (StoreReader *const store = reader()) store->release();
+}
+
+bool KeeperLibraryFramework::visit(const QString &sql, const QVariantList &values,
+                                   const std::function<bool(const QSqlQuery &)> &row) {
+  Seat *const own = seat();
+  return !own || (own->reader.isOpen() && own->reader.visit(sql, values, row));
 }
 
 QString KeeperLibraryFramework::open() {
@@ -103,53 +119,49 @@ qsizetype KeeperLibraryFramework::mediaItemCount() {
   return store ? qsizetype(store->answer(kCountTracks).toLongLong()) : 0;
 }
 
-void KeeperLibraryFramework::visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) {
-  if (StoreReader *const store = reader()) visitTracks(*store, storeSchema::kReadTracks, {}, visit);
+bool KeeperLibraryFramework::visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) {
+  Seat *const own = seat();
+  return !own || (own->reader.isOpen() && visitTracks(own->reader, storeSchema::kReadTracks, {}, visit));
 }
 
 std::optional<LibraryMediaItem> KeeperLibraryFramework::mediaItem(quint64 persistentID) {
   std::optional<LibraryMediaItem> found;
   StoreReader *const store = reader();
   if (!store) return found;
-  visitTracks(*store, storeSchema::kReadTrack, {qint64(persistentID)}, [&](const LibraryMediaItem &item) {
+  const auto keep = [&found](const LibraryMediaItem &item) {
     found = item;
     return false;
-  });
-  return found;
+  };
+  const bool wasRead = visitTracks(*store, storeSchema::kReadTrack, {qint64(persistentID)}, keep);
+  return wasRead ? found : std::nullopt;
 }
 
-std::vector<LibraryPlaylist> KeeperLibraryFramework::allPlaylists() {
+std::optional<std::vector<LibraryPlaylist>> KeeperLibraryFramework::allPlaylists() {
   std::vector<LibraryPlaylist> playlists;
-  StoreReader *const store = reader();
-  if (!store) return playlists;
-  store->visit(storeSchema::kReadPlaylists, {}, [&playlists](const QSqlQuery &row) {
+  const bool wasRead = visit(storeSchema::kReadPlaylists, {}, [&playlists](const QSqlQuery &row) {
     playlists.push_back(playlistOf(row));
     return true;
   });
-  return playlists;
+  return wasRead ? std::optional(std::move(playlists)) : std::nullopt;
 }
 
-std::set<quint64> KeeperLibraryFramework::playlistsContaining(quint64 trackID) {
+std::optional<std::set<quint64>> KeeperLibraryFramework::playlistsContaining(quint64 trackID) {
   std::set<quint64> holders;
-  StoreReader *const store = reader();
-  if (!store) return holders;
-  store->visit(kReadHolders, {qint64(trackID)}, [&holders](const QSqlQuery &row) {
+  const bool wasRead = visit(kReadHolders, {qint64(trackID)}, [&holders](const QSqlQuery &row) {
     holders.insert(quint64(row.value(0).toLongLong()));
     return true;
   });
-  return holders;
+  return wasRead ? std::optional(std::move(holders)) : std::nullopt;
 }
 
-void KeeperLibraryFramework::visitItems(quint64 playlistID, bool withLocations,
-                                        const std::function<bool(const LibraryPlaylistItem &)> &visit) {
-  StoreReader *const store = reader();
-  if (!store) return;
+bool KeeperLibraryFramework::visitItems(quint64 playlistID, bool withLocations,
+                                        const std::function<bool(const LibraryPlaylistItem &)> &show) {
   const QString &sql = withLocations ? storeSchema::kReadEntriesWithLocations : storeSchema::kReadEntries;
-  store->visit(sql, {qint64(playlistID)}, [&](const QSqlQuery &row) {
+  return visit(sql, {qint64(playlistID)}, [&](const QSqlQuery &row) {
     LibraryPlaylistItem item{quint64(row.value(0).toLongLong()), QString()};
     const QString path = withLocations ? row.value(1).toString() : QString();
     if (!path.isEmpty()) item.location = fileAddressOfPath(path);
-    return visit(item);
+    return show(item);
   });
 }
 
@@ -173,15 +185,15 @@ std::optional<QString> KeeperLibraryFramework::musicFolderLocation() {
   return reader() ? std::optional(fileAddressOfPath(folder())) : std::nullopt;
 }
 
-bool KeeperLibraryFramework::hasArtworkAvailable(quint64 persistentID) {
+std::optional<bool> KeeperLibraryFramework::hasArtworkAvailable(quint64 persistentID) {
   StoreReader *const store = reader();
+  if (!store) return std::nullopt;
   bool has = false;
-  if (!store) return has;
-  store->visit(kReadRecord, {qint64(persistentID)}, [&](const QSqlQuery &row) {
+  const bool wasRead = store->visit(kReadRecord, {qint64(persistentID)}, [&](const QSqlQuery &row) {
     has = valueInRecord(row.value(0).toByteArray(), keys::ArtworkCount, store->keys()).toInteger() > 0;
     return false;
   });
-  return has;
+  return wasRead ? std::optional(has) : std::nullopt;
 }
 
 QByteArray KeeperLibraryFramework::artwork(quint64 persistentID) {

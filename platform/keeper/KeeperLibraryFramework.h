@@ -30,17 +30,19 @@ class KeeperLibraryFramework : public LibraryFramework {
   QString open() override;
   void reloadData() override;
   std::optional<Date> savedUntil() override;
+  void beginSnapshot() override;
+  void endSnapshot() override;
   QString problem() override;
   qsizetype mediaItemCount() override;
-  void visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) override;
+  bool visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) override;
   std::optional<LibraryMediaItem> mediaItem(quint64 persistentID) override;
-  std::vector<LibraryPlaylist> allPlaylists() override;
-  std::set<quint64> playlistsContaining(quint64 trackID) override;
-  void visitItems(quint64 playlistID, bool withLocations,
+  std::optional<std::vector<LibraryPlaylist>> allPlaylists() override;
+  std::optional<std::set<quint64>> playlistsContaining(quint64 trackID) override;
+  bool visitItems(quint64 playlistID, bool withLocations,
                   const std::function<bool(const LibraryPlaylistItem &)> &visit) override;
   std::optional<QString> mediaFolderLocation() override;
   std::optional<QString> musicFolderLocation() override;
-  bool hasArtworkAvailable(quint64 persistentID) override;
+  std::optional<bool> hasArtworkAvailable(quint64 persistentID) override;
   QByteArray artwork(quint64 persistentID) override;
 
  private:
@@ -52,6 +54,9 @@ class KeeperLibraryFramework : public LibraryFramework {
   };
   QString folder() const;
   Seat *seat();
+  /// As `StoreReader::visit`; a store that does not stand yet has no rows.
+  bool visit(const QString &sql, const QVariantList &values,
+             const std::function<bool(const QSqlQuery &)> &row);
   /// The calling thread's reader; null if there is no store that can be read.
   StoreReader *reader();
 

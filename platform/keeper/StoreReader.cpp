@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <QVariant>
 #include <atomic>
+#include <utility>
 
 #include "platform/keeper/StoreSchema.h"
 
@@ -68,7 +69,10 @@ bool StoreReader::run(QSqlQuery &query) {
 
 bool StoreReader::refresh() {
   QSqlQuery asked(connection);
-  if (!asked.exec(QStringLiteral("PRAGMA data_version")) || !asked.next()) return false;
+  if (!asked.exec(QStringLiteral("PRAGMA data_version")) || !asked.next()) {
+    problem = asked.lastError().text();
+    return false;
+  }
   const qint64 now = asked.value(0).toLongLong();
   if (now == dataVersion) return true;
   recordKeys.clear();
@@ -76,22 +80,44 @@ bool StoreReader::refresh() {
   listed.setForwardOnly(true);
   if (!listed.prepare(storeSchema::kReadKeys) || !run(listed)) return false;
   while (listed.next()) recordKeys.load(listed.value(0).toUInt(), listed.value(1).toString());
+  if (listed.lastError().isValid()) {
+    problem = listed.lastError().text();
+    return false;
+  }
   dataVersion = now;
   return true;
+}
+
+bool StoreReader::begin() {
+  QSqlQuery begin(connection);
+  if (begin.exec(QStringLiteral("BEGIN"))) return true;
+  problem = begin.lastError().text();
+  return false;
+}
+
+void StoreReader::end() {
+  QSqlQuery(connection).exec(QStringLiteral("COMMIT"));
+}
+
+void StoreReader::hold() {
+  held = held || begin();
+}
+
+void StoreReader::release() {
+  if (std::exchange(held, false)) end();
 }
 
 bool StoreReader::visit(const QString &sql, const QVariantList &values,
                         const std::function<bool(const QSqlQuery &)> &row) {
   problem.clear();
-  QSqlQuery begin(connection);
-  if (!begin.exec(QStringLiteral("BEGIN"))) {
-    problem = begin.lastError().text();
-    return false;
-  }
-  const auto end = qScopeGuard([this] { QSqlQuery(connection).exec(QStringLiteral("COMMIT")); });
+  if (!held && !begin()) return false;
+  const auto ended = qScopeGuard([this] {
+    if (!held) end();
+  });
+  if (!refresh()) return false;
   QSqlQuery query(connection);
   query.setForwardOnly(true);
-  if (!refresh() || !query.prepare(sql)) {
+  if (!query.prepare(sql)) {
     problem = query.lastError().text();
     return false;
   }

@@ -21,10 +21,15 @@ class StoreReader {
   /// Why it is not open, or what the last question met; one line, empty if all is well.
   const QString &error() const { return problem; }
 
+  /// From one to the other all answers are of the same moment. Not nested.
+  void hold();
+  void release();
+  bool isHeld() const { return held; }
+
   /// Asks, and shows each row until `row` answers false; all of the answer is of one moment. False if the
   /// store cannot be read to the end; `error` then says why.
-  bool visit(const QString &sql, const QVariantList &values,
-             const std::function<bool(const QSqlQuery &)> &row);
+  [[nodiscard]] bool visit(const QString &sql, const QVariantList &values,
+                           const std::function<bool(const QSqlQuery &)> &row);
   /// The first value of the first row; invalid if there is none.
   QVariant answer(const QString &sql, const QVariantList &values = {});
 
@@ -37,6 +42,7 @@ class StoreReader {
   bool open(const QString &path, const QString &options);
   bool isOurs();
   bool begin();
+  void end();
   bool refresh();
   bool run(QSqlQuery &query);
 
@@ -45,5 +51,6 @@ class StoreReader {
   RecordKeys recordKeys;
   qint64 dataVersion = -1;
   bool opened = false;
+  bool held = false;
   QString problem;
 };

@@ -300,6 +300,44 @@ TEST_F(LibInterface, ATrackIsAskedForByItsIdentifier) {
                   .startsWith(u"error:"_qs));
 }
 
+TEST_F(LibInterface, AReadThatBreaksOffIsNoLibrary) {
+  library.mediaFolder = u"file:///media/"_qs;
+  addTrack(1, u"/media/a.mp3"_qs);
+  addTrack(2, u"/media/b.mp3"_qs);
+  addList(1, u"P"_qs, {1, 2});
+  addList(2, u"Q"_qs, {2, 1});
+  const struct {
+    const char *what;
+    int reads;
+    bool (*isThere)();
+  } cases[] = {
+      {"tracks", 1, [] { return !iTunesLibInterface::getTracks().isNull(); }},
+      {"playlists", 3, [] { return !iTunesInterface::getDirectPlaylists().isNull(); }},
+      {"playlist", 2,
+       [] { return !iTunesLibInterface::getPlaylistWithPersistentID(u"0000000000000002"_qs).isNull(); }},
+      {"survey", 2,
+       [] {
+         return iTunesInterface::
+             playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNamesPrefixedWith(
+                    0, u"1"_qs, {}, {})
+                 .has_value();
+       }},
+      {"library", 4,
+       [] {
+         QString error;
+         const bool isThere = !iTunesLibInterface::getMusicLibraryDictionaryWithError(&error).isNull();
+         EXPECT_EQ(isThere, error.isEmpty());
+         return isThere;
+       }},
+  };
+  for (const auto &[what, reads, isThere] : cases) {
+    for (int good = 0; good <= reads; ++good) {
+      library.goodReads = good;
+      EXPECT_EQ(isThere(), good == reads) << what << " after " << good;
+    }
+  }
+}
+
 TEST_F(LibInterface, ASurveyLooksAtTheUsersOwnPlaylists) {
   const auto survey = [](qint64 minimum, const QString &pid) {
     return iTunesInterface::

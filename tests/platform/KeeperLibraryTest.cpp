@@ -122,6 +122,55 @@ TEST_F(KeeperLibrary, TracksAndPlaylistsComeWholeAndInOrder) {
   EXPECT_EQ(survey->playlists[0].pid, mine);
 }
 
+TEST_F(KeeperLibrary, TracksAndPlaylistsAreOfOneMoment) {
+  struct Interrupted : KeeperLibraryFramework {
+    using KeeperLibraryFramework::KeeperLibraryFramework;
+    bool visitMediaItems(const std::function<bool(const LibraryMediaItem &)> &visit) override {
+      const bool wereRead = KeeperLibraryFramework::visitMediaItems(visit);
+      reloadData();
+      behindTheTracks();
+      return wereRead;
+    }
+    std::function<void()> behindTheTracks;
+  };
+  openStore();
+  addTrack(u"One"_qs);
+  Interrupted interrupted(folder(u"store"_qs));
+  interrupted.behindTheTracks = [this] { addPlaylist(u"Late"_qs, {addTrack(u"Two"_qs)}); };
+  services.libraryFramework = &interrupted;
+  setPlatform(services);
+  iTunesLibInterface::reset();
+  for (const qsizetype count : {1, 2}) {
+    const Dictionary whole = iTunesLibInterface::getMusicLibraryDictionaryWithError(nullptr);
+    EXPECT_EQ(whole.value(keys::Tracks).toDictionary().size(), count);
+    EXPECT_EQ(whole.value(keys::Playlists).toArray().size(), count) << "the master playlist, and those added";
+  }
+  iTunesLibInterface::reset();
+}
+
+TEST_F(KeeperLibrary, ADamagedPageIsNoShorterLibrary) {
+  openStore();
+  StoreBatch batch(store);
+  for (int track = 0; track < 200; ++track) {
+    addTrack(u"Song %1"_qs.arg(track),
+             [](const Dictionary &keys) { keys.set(keys::Comments, QString(200, u'c')); });
+  }
+  batch.commit();
+  store.close();
+  const QString path = folder(u"store/Music Library.musiclibrary"_qs);
+  QByteArray bytes = readFile(path);
+  constexpr qsizetype kPage = 4096;
+  const qsizetype damaged = bytes.indexOf(QByteArray(200, 'c'), bytes.size() / 2) / kPage * kPage;
+  ASSERT_GT(damaged, 0);
+  writeFile(u"store/Music Library.musiclibrary"_qs, bytes.replace(damaged, kPage, QByteArray(kPage, '\xff')));
+  EXPECT_TRUE(iTunesLibInterface::canAccessLibrary());
+  QString error;
+  EXPECT_TRUE(tracks().isNull());
+  EXPECT_TRUE(iTunesLibInterface::getMusicLibraryDictionaryWithError(&error).isNull());
+  EXPECT_FALSE(error.isEmpty());
+  EXPECT_TRUE(logText().contains(path.section(u'/', 0, -2) + u": "_qs)) << qPrintable(logText());
+}
+
 TEST_F(KeeperLibrary, AThreadReadsWhileAnotherDoes) {
   openStore();
   for (int track = 0; track < 50; ++track) addTrack(u"Song %1"_qs.arg(track));
