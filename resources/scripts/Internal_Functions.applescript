@@ -3,6 +3,9 @@
 
 -- ---- Shared ----
 
+-- Too slow, ended, and not running: no fault of a track.
+property applicationFaults : {-1712, -609, -600}
+
 -- To be called with what a `try` has caught.
 on giveUp(msg, n)
 	if n is -1712 then error "timed out: " & msg number n
@@ -152,7 +155,7 @@ on pidOfNewTrack(trk)
 		try
 			tell application "iTunes" to return (get persistent ID of trk)
 		on error msg number n
-			if n is -1712 then error msg number n
+			if applicationFaults contains n then error msg number n
 			delay 0.5
 		end try
 	end repeat
@@ -166,15 +169,24 @@ on addOnce(pid, pl)
 	end tell
 end addOnce
 
+on isInLibrary(pid)
+	tell application "iTunes"
+		return (exists (first track of library playlist 1 whose persistent ID is pid))
+	end tell
+end isInLibrary
+
 -- Takes a track out of the library; the file stays. Nothing comes back.
 on removeTrackWithPID(pid)
 	try
 		with timeout of 60 seconds
 			set trk to my libTrack(pid)
-			tell application "iTunes"
-				delete trk
-				set isThere to (exists (first track of library playlist 1 whose persistent ID is pid))
-			end tell
+			try
+				tell application "iTunes" to delete trk
+			on error msg number n
+				-- A slow application may have done it all the same.
+				if n is not -1712 or my isInLibrary(pid) then error msg number n
+			end try
+			set isThere to my isInLibrary(pid)
 		end timeout
 	on error msg number n
 		my giveUp(msg, n)
@@ -245,12 +257,14 @@ end plainName
 
 -- ---- The rebuild of a playlist ----
 --
--- A temporary playlist grows into a copy of the playlist with the old tracks replaced. Once it is whole it is
--- renamed, and only then the playlist is emptied and filled from it. So at every instant the whole old order or
--- the whole new one stands in the playlist or in the copy, and each call finds out by itself how far it is.
+-- A temporary playlist grows into a copy of the playlist with the old tracks replaced. While it bears the
+-- temporary name the playlist is untouched, and the copy may be dropped at any time. Once it is whole it is
+-- renamed, and only then the playlist is emptied and filled from it: from then on the copy may be all that is
+-- left of the old entries, and is deleted only when they stand in the playlist. Each call finds out by itself how
+-- far it is.
 
 property batchSize : 200
-property wholeSuffix : "-whole"
+property swapSuffix : "-swap"
 
 -- The persistent IDs of the entries in their order, each with a line feed behind it.
 on entriesOf(pl)
@@ -261,6 +275,10 @@ on entriesOf(pl)
 	return my joinTexts(pids, linefeed) & linefeed
 end entriesOf
 
+on countOfEntries(entries)
+	return (count of my splitText(entries, linefeed)) - 1
+end countOfEntries
+
 on replacedEntries(entries, oldPids, newPid)
 	repeat with i from 1 to (count of oldPids)
 		if (item i of oldPids) is not "" then set entries to my replaceText(entries, item i of oldPids, newPid)
@@ -268,35 +286,46 @@ on replacedEntries(entries, oldPids, newPid)
 	return entries
 end replacedEntries
 
+-- Places of entries count only if the application does not sort them. What was set before comes back.
+on fixIndexing()
+	tell application "iTunes"
+		set wasFixed to fixed indexing
+		set fixed indexing to true
+	end tell
+	return wasFixed
+end fixIndexing
+
+on restoreIndexing(wasFixed)
+	if wasFixed is missing value then return
+	try
+		with timeout of 10 seconds
+			tell application "iTunes" to set fixed indexing to wasFixed
+		end timeout
+	end try
+end restoreIndexing
+
 on incrementalRebuildPlaylist(plPid, oldList, newPid, tempName)
 	set oldPids to my splitText(oldList, ",")
 	set wasFixed to missing value
 	try
 		with timeout of 30 seconds
-			tell application "iTunes"
-				set wasFixed to fixed indexing
-				set fixed indexing to true
-			end tell
+			set wasFixed to my fixIndexing()
 			set answer to my rebuildStep(my playlistOfPid(plPid), oldPids, newPid, tempName)
-			tell application "iTunes" to set fixed indexing to wasFixed
 		end timeout
 	on error msg number n
-		if wasFixed is not missing value and n is not -1712 then
-			try
-				tell application "iTunes" to set fixed indexing to wasFixed
-			end try
-		end if
+		my restoreIndexing(wasFixed)
 		my giveUp(msg, n)
 	end try
+	my restoreIndexing(wasFixed)
 	return answer
 end incrementalRebuildPlaylist
 
 on rebuildStep(src, oldPids, newPid, tempName)
 	if not my isPlain(src) then error "a smart playlist or a folder cannot be rebuilt"
+	set swapPl to my plainPlaylistNamed(tempName & swapSuffix)
+	if swapPl is not missing value then return my finishSwap(swapPl, src, oldPids, newPid)
 	set entries to my entriesOf(src)
 	set wanted to my replacedEntries(entries, oldPids, newPid)
-	set wholePl to my plainPlaylistNamed(tempName & wholeSuffix)
-	if wholePl is not missing value then return my finishSwap(wholePl, src, wanted, oldPids, newPid)
 	set temp to my plainPlaylistNamed(tempName)
 	considering case
 		if wanted is entries then
@@ -308,17 +337,26 @@ on rebuildStep(src, oldPids, newPid, tempName)
 	set copied to my entriesOf(temp)
 	considering case
 		if copied is wanted then
-			tell application "iTunes" to set name of temp to tempName & wholeSuffix
-			return my finishSwap(temp, src, wanted, oldPids, newPid)
-		end if
-		if not (wanted starts with copied) then
-			-- The user has changed the playlist since.
-			tell application "iTunes" to delete temp
-			return "started again"
+			tell application "iTunes" to set name of temp to tempName & swapSuffix
+			return my finishSwap(temp, src, oldPids, newPid)
 		end if
 	end considering
+	-- The user may have changed the playlist since.
+	if not my isBeginning(copied, wanted) then return my startedAgain(temp)
 	return my copyBatch(src, temp, oldPids, newPid, wanted)
 end rebuildStep
+
+on isBeginning(part, entries)
+	if part is "" then return true
+	considering case
+		return (entries starts with part)
+	end considering
+end isBeginning
+
+on startedAgain(temp)
+	tell application "iTunes" to delete temp
+	return "started again"
+end startedAgain
 
 -- Copies the next entries and answers how far it is, or which of them cannot be copied.
 on copyBatch(src, temp, oldPids, newPid, wanted)
@@ -338,16 +376,14 @@ on copyBatch(src, temp, oldPids, newPid, wanted)
 	try
 		tell application "iTunes" to duplicate batch to temp
 	on error msg number errNumber
-		if errNumber is -1712 then error msg number errNumber
+		if applicationFaults contains errNumber then error msg number errNumber
 		set broken to my copyOneByOne(batch, pids, temp, n)
 	end try
 	if broken is not {} then
 		tell application "iTunes" to set plName to (get name of src)
 		return "broken:|@" & my plainName(plName) & "|@" & my joinTexts(broken, "|@")
 	end if
-	considering case
-		if not (wanted starts with my entriesOf(temp)) then error "the copy of the playlist came out in another order"
-	end considering
+	if not my isBeginning(my entriesOf(temp), wanted) then return my startedAgain(temp)
 	return "copied " & lastPlace & " of " & total
 end copyBatch
 
@@ -361,86 +397,154 @@ on copyOneByOne(batch, pids, temp, n)
 		try
 			tell application "iTunes" to duplicate (item i of batch) to temp
 		on error msg number errNumber
-			-- Neither slowness nor the application's end is the track's fault.
-			if {-1712, -609, -600} contains errNumber then error msg number errNumber
+			if applicationFaults contains errNumber then error msg number errNumber
 			set end of broken to item i of pids
 		end try
 	end repeat
 	return broken
 end copyOneByOne
 
--- A whole copy stands ready. It is stale if the playlist holds something that is neither the old order, nor a
--- part of the new one that a swap has left.
-on finishSwap(wholePl, src, wanted, oldPids, newPid)
-	set copied to my entriesOf(wholePl)
+on finishSwap(swapPl, src, oldPids, newPid)
+	my putBack(swapPl, src, oldPids, newPid)
+	tell application "iTunes" to delete swapPl
+	set entries to my entriesOf(src)
 	considering case
-		if wanted is not copied and not (copied starts with wanted) and not (copied ends with wanted) then
-			tell application "iTunes" to delete wholePl
-			return "started again"
-		end if
+		-- The copy may stem from an earlier repair, and the user may have added old tracks since.
+		if my replacedEntries(entries, oldPids, newPid) is not entries then return "put back"
 	end considering
-	my putBack(wholePl, src, copied)
-	tell application "iTunes"
-		set total to (count of tracks of wholePl)
-		delete wholePl
-	end tell
-	considering case
-		-- The copy may stem from an earlier repair, with other tracks.
-		if my replacedEntries(copied, oldPids, newPid) is not copied then return "put back"
-	end considering
-	return "Done, " & total & " tracks"
+	return "Done, " & my countOfEntries(entries) & " tracks"
 end finishSwap
 
--- Makes a playlist equal to the whole copy of it.
-on putBack(wholePl, src, copied)
+-- Has a playlist hold what its copy holds, whether it is still untouched, was emptied, or is filled again. What
+-- the user has added since stays, behind the entries of the copy.
+on putBack(swapPl, src, oldPids, newPid)
+	set copied to my entriesOf(swapPl)
+	set entries to my entriesOf(src)
+	set wanted to my replacedEntries(entries, oldPids, newPid)
+	if copied is "" then return
 	considering case
-		if my entriesOf(src) is copied then return
+		if entries contains copied then
+			my dropDoubledHead(src, entries, copied)
+		else if wanted is copied or my isBeginning(entries, copied) then
+			my fill(swapPl, src, copied)
+		else if not (wanted contains copied) and not my isEdited(entries, copied) then
+			my putInFront(swapPl, src, entries, copied)
+		end if
+	end considering
+end putBack
+
+on fill(swapPl, src, copied)
+	considering case
 		tell application "iTunes"
 			if (count of tracks of src) > 0 then delete every track of src
-			duplicate (every track of wholePl) to src
+			duplicate (every track of swapPl) to src
 		end tell
 		if my entriesOf(src) is copied then return
 		-- An application that orders a bulk copy by itself.
 		tell application "iTunes"
 			if (count of tracks of src) > 0 then delete every track of src
-			repeat with i from 1 to (count of tracks of wholePl)
-				duplicate (track i of wholePl) to src
+			repeat with i from 1 to (count of tracks of swapPl)
+				duplicate (track i of swapPl) to src
 			end repeat
 		end tell
 		if my entriesOf(src) is not copied then error "the playlist could not be filled again from its copy"
 	end considering
-end putBack
+end fill
 
--- Deletes the playlists whose names begin with a prefix. A whole copy whose playlist has lost entries is first
--- put back; one whose playlist is gone stays.
+-- The entries of a playlist that its copy does not have.
+on entriesBeside(entries, copied)
+	set pids to my splitText(entries, linefeed)
+	set others to ""
+	considering case
+		repeat with i from 1 to (count of pids) - 1
+			set entry to (item i of pids) & linefeed
+			if copied does not contain entry then set others to others & entry
+		end repeat
+	end considering
+	return others
+end entriesBeside
+
+-- True if most of the copy stands in the playlist: it was never emptied, or was filled and then changed.
+on isMostlyThere(entries, copied)
+	set others to my entriesBeside(entries, copied)
+	set held to (my countOfEntries(entries)) - (my countOfEntries(others))
+	return held * 2 > (my countOfEntries(copied))
+end isMostlyThere
+
+on isEdited(entries, copied)
+	if (my countOfEntries(entries)) is not (my countOfEntries(copied)) then return false
+	return my isMostlyThere(entries, copied)
+end isEdited
+
+-- The entries that stand behind those of the copy once it is put back.
+on addedEntries(entries, copied)
+	if my isMostlyThere(entries, copied) then return my entriesBeside(entries, copied)
+	return entries
+end addedEntries
+
+-- The new order is put behind the present one, which then goes: there is no moment without entries.
+on putInFront(swapPl, src, entries, copied)
+	set added to my addedEntries(entries, copied)
+	tell application "iTunes"
+		set present to (get every track of src)
+		set ordered to (get every track of swapPl)
+	end tell
+	considering case
+		if added is entries then
+			set ordered to ordered & present
+		else
+			set pids to my splitText(entries, linefeed)
+			repeat with i from 1 to (count of present)
+				if copied does not contain (item i of pids) then set end of ordered to item i of present
+			end repeat
+		end if
+		tell application "iTunes"
+			duplicate ordered to src
+			delete (tracks 1 thru (count of present) of src)
+		end tell
+		if my entriesOf(src) is not copied & added then error "the playlist could not be filled again from its copy"
+	end considering
+end putInFront
+
+-- After an end between the two steps of putInFront.
+on dropDoubledHead(src, entries, copied)
+	set parts to my splitText(entries, copied)
+	if (count of parts) is not 2 or (item 1 of parts) is "" or (item 2 of parts) is "" then return
+	considering case
+		if my addedEntries(item 1 of parts, copied) is not (item 2 of parts) then return
+	end considering
+	tell application "iTunes" to delete (tracks 1 thru (my countOfEntries(item 1 of parts)) of src)
+end dropDoubledHead
+
+-- Deletes the playlists whose names begin with a prefix. A copy whose playlist may lack entries is first put
+-- back; one whose playlist is gone stays.
 on incrementalPlaylistDelete(prefix)
 	if prefix is "" then error "no prefix"
+	set wasFixed to missing value
 	try
+		set wasFixed to my fixIndexing()
 		tell application "iTunes" to set pls to (get every user playlist)
 		repeat with i from 1 to (count of pls)
 			set pl to item i of pls
 			if my isPlain(pl) then
 				tell application "iTunes" to set plName to (get name of pl)
-				considering case
-					set isDoomed to (plName starts with prefix)
-				end considering
-				if isDoomed then my deleteTemporary(pl, plName)
+				if my isBeginning(prefix, plName) then my deleteTemporary(pl, plName)
 			end if
 		end repeat
 	on error msg number n
+		my restoreIndexing(wasFixed)
 		my giveUp(msg, n)
 	end try
+	my restoreIndexing(wasFixed)
 	return
 end incrementalPlaylistDelete
 
 on deleteTemporary(pl, plName)
-	if plName ends with wholeSuffix and (length of plName) > 22 then
-		set plPid to text -22 thru -7 of plName
+	if plName ends with swapSuffix and (length of plName) > 21 then
+		set plPid to text -21 thru -6 of plName
 		tell application "iTunes" to set hits to (get every user playlist whose persistent ID is plPid)
 		if hits is {} then return
-		set src to item 1 of hits
-		tell application "iTunes" to set isShort to ((count of tracks of src) < (count of tracks of pl))
-		if isShort then my putBack(pl, src, my entriesOf(pl))
+		my putBack(pl, item 1 of hits, {}, "")
 	end if
 	tell application "iTunes" to delete pl
 end deleteTemporary

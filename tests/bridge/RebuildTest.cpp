@@ -116,14 +116,29 @@ TEST_F(Rebuild, EntriesThatCannotBeCopiedAreNamedBeforeTheListIsTouched) {
   EXPECT_EQ(rebuild(list, {tracks[0]}, tracks[1]),
             u"broken:|@My/@list|@%1|@%2"_qs.arg(tracks[31], tracks[32]));
   EXPECT_EQ(keeper.namesIn(list), namesOf(entries));
-  // A slow application is none of the entries' fault.
-  mortal.refusal = scriptErrors::kTimedOut;
-  removePlaylistsWithNamesStartingWith(kPrefix);
-  const QString answer = rebuild(list, {tracks[0]}, tracks[1]);
-  EXPECT_TRUE(answer.startsWith(u"error: ") && answer.contains(u"timed out")) << qPrintable(answer);
+  // A slow application, or one that ends, is none of the entries' fault.
+  for (const qint64 fault :
+       {scriptErrors::kTimedOut, scriptErrors::kConnectionInvalid, scriptErrors::kApplicationNotRunning}) {
+    mortal.refusal = fault;
+    removePlaylistsWithNamesStartingWith(kPrefix);
+    const QString answer = rebuild(list, {tracks[0]}, tracks[1]);
+    EXPECT_TRUE(answer.startsWith(u"error: ")) << qPrintable(answer);
+    EXPECT_EQ(answer.contains(u"timed out"), fault == scriptErrors::kTimedOut);
+    EXPECT_FALSE(mortal.hasFixedIndexing());
+  }
   mortal.uncopyable.clear();
   EXPECT_TRUE(rebuild(list, {tracks[0]}, tracks[1]).startsWith(u"Done"));
   EXPECT_EQ(keeper.namesIn(list), namesOf(replaced(entries, {tracks[0]}, tracks[1])));
+}
+
+TEST_F(Rebuild, ACopyInAnotherOrderIsBegunAnew) {
+  const QStringList entries = randomEntries(250);
+  const QString list = keeper.addPlaylist(u"L"_qs, entries);
+  mortal.reversesNextCopy = true;
+  EXPECT_EQ(step(list, {entries[0]}, tracks[30]), u"started again"_qs);
+  EXPECT_TRUE(temporaryNames().isEmpty());
+  EXPECT_TRUE(rebuild(list, {entries[0]}, tracks[30]).startsWith(u"Done"));
+  EXPECT_EQ(keeper.namesIn(list), namesOf(replaced(entries, {entries[0]}, tracks[30])));
 }
 
 TEST_F(Rebuild, AnApplicationThatDiesAtAnyChangeLosesNoEntryAndTheNextCallsGoOn) {
@@ -144,7 +159,7 @@ TEST_F(Rebuild, AnApplicationThatDiesAtAnyChangeLosesNoEntryAndTheNextCallsGoOn)
         EXPECT_FALSE(answer.startsWith(u"broken:")) << qPrintable(answer);
       }
       const QStringList left = keeper.namesIn(list);
-      EXPECT_TRUE(left == before || left == after || entriesNamed(tempName(list) + u"-whole"_qs) == after)
+      EXPECT_TRUE(left == before || left == after || entriesNamed(tempName(list) + u"-swap"_qs) == after)
           << life;
       mortal.revive();
       if (isGivenUp) {
@@ -154,9 +169,10 @@ TEST_F(Rebuild, AnApplicationThatDiesAtAnyChangeLosesNoEntryAndTheNextCallsGoOn)
         EXPECT_TRUE(rebuild(list, old, kept).startsWith(u"Done"));
         EXPECT_EQ(keeper.namesIn(list), after) << life;
       }
-      EXPECT_TRUE(temporaryNames().isEmpty()) << life;
+      EXPECT_TRUE(temporaryNames().isEmpty() && !mortal.hasFixedIndexing()) << life;
     }
   }
+  EXPECT_FALSE(mortal.hasCopiedUnfixed);
 }
 
 TEST_F(Rebuild, ChangesOfTheUserInBetweenAreKept) {
@@ -176,20 +192,47 @@ TEST_F(Rebuild, ChangesOfTheUserInBetweenAreKept) {
   entries += tracks[3];
   EXPECT_TRUE(rebuild(list, old, kept).startsWith(u"Done"));
   EXPECT_EQ(keeper.namesIn(list), namesOf(replaced(entries, old, kept)));
+}
 
-  // A whole copy that was left by a rebuild with other tracks, its playlist untouched, changed, or empty.
-  for (const int state : {0, 1, 2}) {
-    QStringList stale = randomEntries(30);
-    stale[5] = tracks[3];
-    stale[6] = tracks[4];
-    const QString each = keeper.addPlaylist(u"M"_qs, state == 2 ? QStringList() : stale);
-    keeper.addPlaylist(tempName(each) + u"-whole"_qs, replaced(stale, {tracks[4]}, kept));
-    if (state == 1) append(each, tracks[3]);
-    if (state == 1) stale += tracks[3];
-    if (state == 2) stale = replaced(stale, {tracks[4]}, kept);
-    EXPECT_TRUE(rebuild(each, old, kept).startsWith(u"Done"));
-    EXPECT_EQ(keeper.namesIn(each), namesOf(replaced(stale, old, kept))) << state;
-    EXPECT_TRUE(temporaryNames().isEmpty());
+TEST_F(Rebuild, ACopyThatWasLeftIsPutInFrontOfWhatTheUserHasAdded) {
+  const QString kept = tracks[30];
+  const QStringList added{tracks[35], tracks[3]};
+  QStringList stale = randomEntries(30);
+  stale[5] = tracks[3];
+  stale[6] = tracks[4];
+  const QStringList copy = replaced(stale, {tracks[4]}, kept);
+  const QString dropped, swap = u"-swap"_qs;
+  const struct {
+    QString suffix;
+    QStringList present, restored;
+  } cases[] = {
+      {dropped, {}, {}},
+      {dropped, stale + added, stale + added},
+      {swap, {}, copy},
+      {swap, added, copy + added},
+      {swap, stale, stale},
+      {swap, copy + added, copy + added},
+      {swap, added + copy, added + copy},
+      // An end between filling behind the user's own and taking these away in front.
+      {swap, added + copy + added, copy + added},
+      {swap, copy.first(9), copy},
+      {swap, copy.first(29) + QStringList{tracks[35]}, copy.first(29) + QStringList{tracks[35]}},
+      {swap, copy.mid(1) + QStringList{tracks[35], tracks[36]}, copy + QStringList{tracks[35], tracks[36]}},
+  };
+  for (size_t i = 0; i < std::size(cases); ++i) {
+    for (const bool isGivenUp : {false, true}) {
+      const QString list = keeper.addPlaylist(u"M"_qs, cases[i].present);
+      keeper.addPlaylist(tempName(list) + cases[i].suffix, copy);
+      if (isGivenUp) {
+        removePlaylistsWithNamesStartingWith(kPrefix);
+      } else {
+        EXPECT_TRUE(rebuild(list, {tracks[3]}, kept).startsWith(u"Done")) << i;
+      }
+      const QStringList &restored = cases[i].restored;
+      EXPECT_EQ(keeper.namesIn(list), namesOf(isGivenUp ? restored : replaced(restored, {tracks[3]}, kept)))
+          << i << isGivenUp;
+      EXPECT_TRUE(temporaryNames().isEmpty()) << i;
+    }
   }
 }
 
@@ -199,9 +242,9 @@ TEST_F(Rebuild, OnlyTemporaryPlaylistsAreDeleted) {
   keeper.addPlaylist(u"My ZZZ_TF"_qs);
   for (int i = 0; i < 5; ++i) keeper.addPlaylist(kPrefix + QString::number(i), {tracks[i]});
   // The copy of a playlist that is gone may be all that is left of it.
-  keeper.addPlaylist(u"ZZZ_TF-00000000DEADBEEF-whole"_qs, {tracks[0]});
+  keeper.addPlaylist(u"ZZZ_TF-00000000DEADBEEF-swap"_qs, {tracks[0]});
   removePlaylistsWithNamesStartingWith({});
   removePlaylistsWithNamesStartingWith(kPrefix);
   EXPECT_EQ(keeper.playlistNames(), (QStringList{u"ZZZ_TF smart"_qs, u"zzz_tf"_qs, u"My ZZZ_TF"_qs,
-                                                 u"ZZZ_TF-00000000DEADBEEF-whole"_qs}));
+                                                 u"ZZZ_TF-00000000DEADBEEF-swap"_qs}));
 }
