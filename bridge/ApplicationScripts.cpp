@@ -40,6 +40,9 @@ void writeLibraryNow() {
 }
 
 void quitMusicApp() {
+  // The script alone would start a closed application.
+  resetIsMusicAppRunning();
+  if (!isMusicAppRunning()) return;
   stringFromScriptNameAndFormat(QStringLiteral("iTunes_Quit"));
 }
 

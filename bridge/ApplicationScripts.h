@@ -18,7 +18,7 @@ int iTunesMajorVersion();
 /// seconds; without a bridge nothing happens.
 void writeLibraryNow();
 
-/// Has the application quit. Does not wait for its end.
+/// Has the application quit, if it runs. Does not wait for its end.
 void quitMusicApp();
 
 }  // namespace iTunesInterface

@@ -35,8 +35,11 @@ ScriptConstant specialKind(const PlaylistInfo &info) {
       return {u"genius"_qs};
     case 31:
       return {u"itunes u"_qs};
-    default:
+    case 0:
       return {u"none"_qs};
+    default:
+      // One of the application's own lists all the same: not a list that the user fills.
+      return {u"unknown"_qs};
   }
 }
 

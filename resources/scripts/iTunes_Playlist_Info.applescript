@@ -10,6 +10,21 @@ on numberOfKind(kindName)
 	return ""
 end numberOfKind
 
+on replaceText(t, oldText, newText)
+	set oldDelimiters to AppleScript's text item delimiters
+	set AppleScript's text item delimiters to oldText
+	set parts to text items of t
+	set AppleScript's text item delimiters to newText
+	set t to parts as text
+	set AppleScript's text item delimiters to oldDelimiters
+	return t
+end replaceText
+
+-- A name that holds no mark between fields or lines.
+on plainName(plName)
+	return my replaceText(my replaceText(plName, "|@", "/@"), return, " ")
+end plainName
+
 on lineOf(pl)
 	set isSmart to ""
 	set folderPid to ""
@@ -24,7 +39,7 @@ on lineOf(pl)
 			set folderPid to (get persistent ID of (get parent of pl))
 		end try
 	end tell
-	return plName & "|@" & plPid & "|@" & my numberOfKind(kindName) & "|@" & isSmart & "|@" & folderPid
+	return my plainName(plName) & "|@" & plPid & "|@" & my numberOfKind(kindName) & "|@" & isSmart & "|@" & folderPid
 end lineOf
 
 set joined to ""

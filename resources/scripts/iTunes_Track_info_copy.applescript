@@ -122,8 +122,8 @@ on copyNumbers(src, dst)
 			my note("compilation", msg, n)
 		end try
 		try
-			-- Not one that the application worked out from the album.
-			if ((rating kind of src) as text) is "user" then
+			-- Not one that the application worked out from the album, and not the lack of one.
+			if ((rating kind of src) as text) is "user" and (rating of src) > 0 then
 				if (rating of src) is not (rating of dst) then set rating of dst to (get rating of src)
 			end if
 		on error msg number n

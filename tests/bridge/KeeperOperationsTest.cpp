@@ -1,5 +1,5 @@
 #include "tests/bridge/BridgeFixture.h"
-#include "tests/fixtures/KeeperHost.h"
+#include "tests/bridge/MortalKeeper.h"
 #include "tools/demo/Mp3Writer.h"
 #include "tools/demo/Picture.h"
 #include "values/Keys.h"
@@ -170,6 +170,53 @@ TEST_F(KeeperOperations, InformationIsCopiedButNotCountsAndDates) {
   EXPECT_EQ(doCopyInfoFromTrackPIDToTrackPid(from, to), std::nullopt);
   EXPECT_EQ(keeper.store().changeStamp(), stamp);
   EXPECT_TRUE(beginsWith(doCopyInfoFromTrackPIDToTrackPid(kUnknown, to), u"error: "_qs));
+  // The lack of a rating is none to be copied.
+  EXPECT_EQ(doCopyInfoFromTrackPIDToTrackPid(trackWith({{keys::Name, u"unrated"_qs}}), to), std::nullopt);
+  EXPECT_EQ(text(to, keys::Name), u"unrated"_qs);
+  EXPECT_EQ(keeper.trackValue(to, keys::Rating).toInteger(), 80);
+}
+
+TEST_F(KeeperOperations, LyricsAreCopiedFromFileToFile) {
+  const auto added = [this](const QString &name) {
+    return addToiTunesSongAtPathToPlaylistNamed(song(name, u"A"_qs), {}).value_or(QString());
+  };
+  const auto lyrics = [this](const QString &pid, const QString &statement) {
+    return keeper.tell(statement.arg(
+        u"lyrics of (first track of library playlist 1 whose persistent ID is \"%1\")"_qs.arg(pid)));
+  };
+  const QString from = added(u"Sung"_qs), to = added(u"Hummed"_qs);
+  lyrics(from, u"set %1 to \"la\" & return & \"lá\""_qs);
+  EXPECT_EQ(doCopyInfoFromTrackPIDToTrackPid(from, to), std::nullopt);
+  EXPECT_TRUE(lyrics(to, u"return %1"_qs).startsWith(u"la"_qs));
+  EXPECT_EQ(lyrics(to, u"return %1"_qs), lyrics(from, u"return %1"_qs));
+}
+
+TEST_F(KeeperOperations, EveryScriptThatGivesUpSaysThatItTimedOut) {
+  const QString pid = keeper.addTrack(u"T"_qs), list = keeper.addPlaylist(u"L"_qs, {pid});
+  const QString path = song(u"Blue"_qs, u"A"_qs);
+  MortalKeeper slow(keeper);
+  slow.isStuck = true;
+  services.scriptHost = &slow;
+  setPlatform(services);
+  const IgnoredPlaylists ours{u"U"_qs, u"A"_qs, u"Z"_qs, u"C"_qs};
+  const std::optional<QString> answers[] = {
+      refreshAndGetPathOfSongWithPID(pid), refreshAndGetPathOfSongWithIDInPlaylist(7, QString()),
+      refreshAndGetPathOfSongWithTitleArtist(u"T"_qs, u"A"_qs),
+      changeValueInTrackWithPIDOfTypeToValue(pid, u"Album"_qs, u"A"_qs),
+      mergePlayedFromTrackWithPIDToTrackWithPID(pid, kUnknown),
+      doCopyInfoFromTrackPIDToTrackPid(pid, kUnknown),
+      addTrackWithPIDToPlaylistNamedCreate(pid, u"L"_qs, true),
+      // The compiled library's.
+      reunitePathWithPID(path, pid), addToiTunesSongAtPathToPlaylistNamed(path, {}), removeSongWithPID(pid),
+      addTrackWithPIDToPlaylistWithPID(pid, list), getMaxPlaylistLength(ours),
+      incrementalRebuildPlaylist(list, {pid}, pid, u"Z1"_qs)};
+  for (size_t i = 0; i < std::size(answers); ++i) {
+    EXPECT_TRUE(beginsWith(answers[i], u"error: "_qs) && answers[i]->contains(u"timed out"))
+        << i << ' ' << qPrintable(answers[i].value_or(u"nothing"_qs));
+  }
+  // No text that could be taken for an answer.
+  EXPECT_TRUE(playlistsInfo().isNull());
+  EXPECT_TRUE(pathOfCurrentlyPlayingTrack().isNull());
 }
 
 TEST_F(KeeperOperations, UnkeptTracksGoToThePlaylistOfThatNameOnce) {
@@ -225,6 +272,13 @@ TEST_F(KeeperOperations, ARemovedTrackLeavesItsFile) {
   EXPECT_EQ(keeper.namesIn(list), QStringList{u"Other"_qs});
   EXPECT_FALSE(readFile(path).isEmpty());
   EXPECT_TRUE(beginsWith(removeSongWithPID(pid), u"error: "_qs));
+  // Too late for the script, but done.
+  MortalKeeper slow(keeper);
+  slow.deletesLate = true;
+  services.scriptHost = &slow;
+  setPlatform(services);
+  EXPECT_EQ(removeSongWithPID(other), std::nullopt);
+  EXPECT_TRUE(keeper.namesIn().isEmpty());
 }
 
 TEST_F(KeeperOperations, ATrackIsAppendedToAPlaylistByItsIdentifier) {
@@ -246,6 +300,12 @@ TEST_F(KeeperOperations, OnlyTheUsersOwnPlaylistsAreMeasured) {
   const QString two = keeper.addPlaylist(u"Two | three@"_qs, QStringList(2, pid));
   const QString three = keeper.addPlaylist(u"unkept"_qs, QStringList(3, pid));
   keeper.addPlaylist(u""_qs, QStringList(3, pid));
+  // One of the application's own, of a kind that has no name.
+  const Dictionary own = Dictionary::make();
+  own.set(keys::Name, u"Own"_qs);
+  own.set(keys::DistinguishedKind, 65);
+  const TrackRow track = keeper.store().tracks().rows().front();
+  keeper.store().entries().append(keeper.store().playlists().make(own), TrackRows(7, track));
   EXPECT_EQ(getMaxPlaylistLength(ours), u"3"_qs);
   EXPECT_EQ(playlistNamesAtLength(2, ours),
             (QHash<QString, QString>{{two, u"Two / three@"_qs}, {three, u"unkept"_qs}}));
@@ -255,7 +315,8 @@ TEST_F(KeeperOperations, OnlyTheUsersOwnPlaylistsAreMeasured) {
 
 TEST_F(KeeperOperations, EveryPlaylistHasItsLine) {
   const QString jazz = keeper.addFolder(u"Jazz"_qs);
-  const QString bop = keeper.addPlaylist(u"Bop"_qs, {}, jazz), smart = keeper.addSmartPlaylist(u"Best"_qs);
+  const QString bop = keeper.addPlaylist(u"Be|@bop\r|"_qs, {}, jazz),
+                smart = keeper.addSmartPlaylist(u"Best"_qs);
   const QString library = keeper.tell(u"return persistent ID of library playlist 1"_qs);
   QHash<QString, Dictionary> found;
   for (const Value &value : playlistsInfo())
@@ -263,7 +324,7 @@ TEST_F(KeeperOperations, EveryPlaylistHasItsLine) {
   EXPECT_TRUE(found.contains(library) && found.contains(jazz));
   ASSERT_TRUE(found.contains(bop) && found.contains(smart));
   EXPECT_EQ(found[bop].value(keys::ParentPersistentID).toText(), jazz);
-  EXPECT_EQ(found[bop].value(keys::Name).toText(), u"Bop"_qs);
+  EXPECT_EQ(found[bop].value(keys::Name).toText(), u"Be/@bop |"_qs);
   EXPECT_TRUE(found[bop].value(keys::SmartInfo).isNull());
   EXPECT_EQ(found[smart].value(keys::SmartInfo).toText(), u"true"_qs);
   EXPECT_EQ(found[smart].value(keys::ParentPersistentID).toText(), QString());

@@ -72,6 +72,12 @@ TEST_F(Operations, AClosedApplicationOrAnEmptyNameRunsNothing) {
   nothingRuns();
 }
 
+TEST_F(Operations, AClosedApplicationIsNotStartedToQuit) {
+  session.running.clear();
+  quitMusicApp();
+  EXPECT_EQ(asked(), QString());
+}
+
 TEST_F(Operations, PlayingStartsAClosedApplicationAndGivesItTwoSeconds) {
   setRunning(false);
   host.answer(u"1.0"_qs);
