@@ -7,6 +7,7 @@
 #include "audio/mp4/AACInfoTag.h"
 #include "audio/tags/MP3InfoTag.h"
 #include "keeper/library/FileTexts.h"
+#include "keeper/library/MpegLength.h"
 #include "platform/Platform.h"
 #include "values/Keys.h"
 
@@ -50,16 +51,9 @@ void addFacts(const AudioInfoTag &tag, const Dictionary &record) {
   setNumber(record, keys::ArtworkCount, tag.numberOfImages());
 }
 
-/// The tag tells an MPEG file's length in whole seconds; at one bit rate throughout, the bytes tell more.
-void refineTime(const MP3InfoTag &tag, const Dictionary &record) {
-  constexpr qint64 kSlack = 2000;
-  const qint64 told = record.value(keys::TotalTime).toInteger(),
-               rate = record.value(keys::BitRate).toInteger();
-  const qint64 bytes = record.value(keys::Size).toInteger() - qint64(tag.id3v2Range().length) -
-                       qint64(tag.id3v1Range().length);
-  if (rate <= 0 || bytes <= 0) return;
-  const qint64 exact = bytes * 8 / rate;
-  if (std::abs(exact - told) <= kSlack) record.set(keys::TotalTime, exact);
+void refineTime(const MP3InfoTag &tag, const QString &path, const Dictionary &record) {
+  const qint64 length = mpegLength::milliseconds(path, tag.id3v2Range().length, tag.id3v1Range().length);
+  if (length > 0) record.set(keys::TotalTime, length);
 }
 
 }  // namespace
@@ -87,7 +81,7 @@ Dictionary record(const QString &path) {
   addNumbers(*tag, record);
   for (const auto &[key, value] : *facts) record.set(key, value);
   addFacts(*tag, record);
-  if (mpeg) refineTime(*mpeg, record);
+  if (mpeg) refineTime(*mpeg, path, record);
   return record;
 }
 

@@ -36,9 +36,10 @@ QByteArray trackHeader(quint32 duration) {
   return atom("tkhd", numbers({7, 0, 0, 1, 0, duration, 0, 0, 0, 0x01000000}) + matrix() + numbers({0, 0}));
 }
 
-// A descriptor with its length in one byte (ISO 14496-1, 8.3.3).
+// A descriptor with its length in four bytes, as players write it (ISO 14496-1, 8.3.3): readers find the bit
+// rate at a fixed distance.
 QByteArray descriptor(char tag, const QByteArray &body) {
-  return QByteArray(1, tag) + QByteArray(1, char(body.size())) + body;
+  return QByteArray(1, tag) + "\x80\x80\x80" + QByteArray(1, char(body.size())) + body;
 }
 
 QByteArray streamDescriptor(int bitRate) {
