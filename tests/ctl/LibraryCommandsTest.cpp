@@ -68,7 +68,8 @@ TEST_F(LibraryCommandsTest, HelpNamesEveryCommandAndWrongOnesAreWrongUse) {
     EXPECT_NE(out.find(name), std::string::npos) << name;
   }
   EXPECT_EQ(run(QStringLiteral("help library")), 0);
-  EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 4);
+  EXPECT_NE(out.find("library load"), std::string::npos);
+  EXPECT_EQ(out.find("prefs"), std::string::npos) << "only the commands of that word";
   EXPECT_EQ(run(QStringLiteral("scan --help")), 0);
   EXPECT_EQ(out.substr(0, 24), "usage: tallyfenctl scan ");
   for (const char *line : {"", "scna", "library", "library infos", "inspect", "help scna"}) {
