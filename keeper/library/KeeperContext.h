@@ -14,7 +14,8 @@
 struct KeeperHooks {
   /// Asked whenever a setting matters; without it all settings are as they come.
   std::function<KeeperSettings()> settings;
-  /// Writes the library's XML; empty, or one line that says what failed.
+  /// Sees to it that the library's XML is written, and need not wait for that; empty, or one line that says
+  /// what failed.
   std::function<QString()> exportLibrary;
   /// Ends the program soon: the script that asked for it is answered first.
   std::function<void()> quit;

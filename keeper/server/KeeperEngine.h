@@ -14,6 +14,9 @@ class KeeperEngine {
   /// Answers a request that is no script and needs the library: a text with the lines to show, or a failure.
   virtual ScriptOutcome importFile(const keeperProtocol::ImportRequest &request) = 0;
   virtual ScriptOutcome exportFile(const keeperProtocol::ExportRequest &request) = 0;
+  /// The script or import that runs ends as soon as it can, with a failure, and so does all that comes after
+  /// it. Any thread.
+  virtual void interrupt() = 0;
   /// Saves what is to be saved and ends.
   virtual void close() = 0;
   /// True once a script has asked to quit.

@@ -3,8 +3,11 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QMetaObject>
 #include <iostream>
+#include <thread>
+#include <utility>
 
 #include "keeper/server/KeeperService.h"
 #include "keeper/server/MusicKeeper.h"
@@ -44,24 +47,38 @@ int doOnce(MusicKeeper &keeper, const KeeperOptions &options) {
   return isDone ? kDone : kFailed;
 }
 
+/// Ends the service while the main loop still takes in signals.
+void stopBesideEvents(KeeperService &service) {
+  QEventLoop loop;
+  std::thread stopping([&] {
+    service.stop();
+    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
+  });
+  loop.exec();
+  stopping.join();
+}
+
 int serve(MusicKeeper &keeper, const KeeperPlace &place, const QString &folder) {
   QString failure;
-  const auto onEnd = [&failure](const QString &problem) {
+  bool isEnding = false;
+  const auto onEnd = [&](const QString &problem) {
     QMetaObject::invokeMethod(
         QCoreApplication::instance(),
-        [&failure, problem] {
+        [&, problem] {
+          if (std::exchange(isEnding, true)) return;
           failure = problem;
           QCoreApplication::quit();
         },
         Qt::QueuedConnection);
   };
   KeeperService service(place, keeper, onEnd);
-  const TerminationSignals signals([&] { onEnd({}); });
+  // The first waits for the script that runs, the next one does not.
+  const TerminationSignals signals([&] { isEnding ? keeper.interrupt() : onEnd({}); });
   QString error;
   if (!service.start(&error)) return fail(kFailed, error);
   BMLog("Music Keeper %@ serves %@ (process %d)", platform().bundle.shortVersion, folder, int(::getpid()));
   QCoreApplication::exec();
-  service.stop();
+  stopBesideEvents(service);
   return failure.isEmpty() ? kDone : fail(kFailed, failure);
 }
 

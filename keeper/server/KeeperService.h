@@ -19,7 +19,8 @@ class KeeperService {
 
   /// Listens, and opens the library; scripts that come meanwhile wait. False with one line in `error`.
   [[nodiscard]] bool start(QString *error);
-  /// Lets the script that runs end, drops those that wait, closes the library and then the socket. Waits.
+  /// Lets the script that runs end, drops those that wait, closes the library and then the socket. Waits. Any
+  /// one thread.
   void stop();
 
  private:

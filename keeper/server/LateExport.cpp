@@ -1,9 +1,12 @@
 #include "keeper/server/LateExport.h"
 
+#include <algorithm>
+
 using std::chrono::steady_clock;
 
-LateExport::LateExport(std::chrono::milliseconds quiet_, std::function<void()> job_)
-    : quiet(quiet_), job(std::move(job_)), thread([this] { run(); }) {}
+LateExport::LateExport(std::chrono::milliseconds quiet_, std::chrono::milliseconds longest_,
+                       std::function<void()> job_)
+    : quiet(quiet_), longest(longest_), job(std::move(job_)), thread([this] { run(); }) {}
 
 LateExport::~LateExport() {
   {
@@ -18,13 +21,16 @@ void LateExport::noteChange() {
   const std::lock_guard guard(lock);
   // The thread sleeps until the old moment and finds the new one: a stream of changes does not wake it.
   const bool sleeps = !due;
-  due = steady_clock::now() + quiet;
+  const Moment now = steady_clock::now();
+  if (sleeps) latest = now + longest;
+  due = std::min(now + quiet, latest);
   if (sleeps) change.notify_all();
 }
 
-void LateExport::forget() {
+void LateExport::startNow() {
   const std::lock_guard guard(lock);
-  due.reset();
+  due = latest = steady_clock::now();
+  change.notify_all();
 }
 
 void LateExport::run() {

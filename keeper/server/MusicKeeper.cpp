@@ -1,6 +1,10 @@
 #include "keeper/server/MusicKeeper.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <QFile>
 
 #include "keeper/library/KeeperApplication.h"
 #include "keeper/library/LibraryExport.h"
@@ -20,6 +24,11 @@ namespace {
 
 const QString kClosed = QStringLiteral("The library cannot be opened.");
 
+/// A file that has not changed for two days passes for the library of a past time.
+void touch(const QString &path) {
+  ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), nullptr, 0);
+}
+
 ScriptOutcome refused(const QString &message) {
   return failed(kHandlerFailed, message);
 }
@@ -31,16 +40,24 @@ MusicKeeper::MusicKeeper(Setup given) : setup(std::move(given)) {
     status.version = platform().bundle.shortVersion;
     status.folder = setup.folder;
     status.processID = ::getpid();
+    status.importing.emplace();
   });
 }
 
 MusicKeeper::~MusicKeeper() = default;
 
 QString MusicKeeper::open() {
+  const QString problem = openLibrary();
+  if (!isImporting()) board.write([](Status &status) { status.importing.reset(); });
+  return problem;
+}
+
+QString MusicKeeper::openLibrary() {
   const bool isNew = !LibraryStore::existsIn(setup.folder);
   const QString problem = openStore(LibraryStore::Access::ReadWrite);
   if (!problem.isEmpty()) return problem;
-  lateExport = std::make_unique<LateExport>(setup.exportQuiet, [this] { exportLate(); });
+  touch(store.path());
+  lateExport = std::make_unique<LateExport>(setup.exportQuiet, setup.exportLatest, [this] { exportLate(); });
   try {
     ImportRequest import = setup.import;
     if (isNew) libraryNotes::setUntouched(store);
@@ -62,17 +79,30 @@ QString MusicKeeper::open() {
 }
 
 QString MusicKeeper::openStore(LibraryStore::Access access) {
-  interpreter.reset();
-  application.reset();
+  endScripts();
   const QString problem = store.open(setup.folder, access);
   if (!problem.isEmpty()) return problem;
   KeeperHooks hooks;
   hooks.settings = readKeeperSettings;
-  hooks.exportLibrary = [this] { return exportIfNeeded(); };
+  hooks.exportLibrary = [this] { return exportSoon(); };
   hooks.quit = [this] { quits = true; };
   application = std::make_unique<KeeperApplication>(store, hooks);
+  const std::lock_guard guard(replacing);
   interpreter = std::make_unique<Interpreter>(*application);
+  if (interrupted) interpreter->stop();
   return {};
+}
+
+void MusicKeeper::endScripts() {
+  const std::lock_guard guard(replacing);
+  interpreter.reset();
+  application.reset();
+}
+
+void MusicKeeper::interrupt() {
+  const std::lock_guard guard(replacing);
+  interrupted = true;
+  if (interpreter) interpreter->stop();
 }
 
 ScriptOutcome MusicKeeper::run(const QString &source) {
@@ -113,7 +143,7 @@ ScriptOutcome MusicKeeper::importFile(const ImportRequest &request) {
       status.importing->done = progress.done;
       status.importing->total = progress.total;
     });
-    return true;
+    return !interrupted;
   });
   board.write([](Status &status) { status.importing.reset(); });
   noteState();
@@ -137,15 +167,23 @@ bool MusicKeeper::needsExport() {
   return !libraryNotes::isUntouched(store) && !LibraryExport(store).isCurrent();
 }
 
-QString MusicKeeper::exportIfNeeded() {
-  const std::lock_guard guard(exporting);
+QString MusicKeeper::exportSoon() {
+  touch(store.path());
   try {
-    if (!needsExport()) return {};
+    // One that runs may have seen all changes or not: that behind it looks.
+    if (needsExport()) lateExport->startNow();
+    return {};
   } catch (const StoreError &error) {
     return error.message;
   }
-  if (lateExport) lateExport->forget();
-  return LibraryExport(store).run();
+}
+
+QString MusicKeeper::exportIfNeeded() {
+  try {
+    return needsExport() ? LibraryExport(store).run() : QString();
+  } catch (const StoreError &error) {
+    return error.message;
+  }
 }
 
 void MusicKeeper::exportLate() {
@@ -171,7 +209,6 @@ void MusicKeeper::close() {
     const QString problem = exportIfNeeded();
     if (!problem.isEmpty()) BMLog("!! the library is not exported: %@", problem);
   }
-  interpreter.reset();
-  application.reset();
+  endScripts();
   store.close();
 }

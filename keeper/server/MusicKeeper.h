@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <mutex>
 
 #include "keeper/library/LibraryStore.h"
 #include "keeper/server/KeeperEngine.h"
@@ -15,8 +16,9 @@ class KeeperApplication;
 
 /// Music Keeper as a whole, without its socket: the library of a folder, the application that scripts see,
 /// and its XML, which is written beside the store when asked, at the end, and once nothing has changed for a
-/// while. A library that is new takes in the newest library file of the user's while scripts already read it,
-/// empty and closed to changes until then.
+/// while; only the end waits for it. A library that is new takes in the newest library file of the user's
+/// while scripts already read it, empty and closed to changes until then. Until `open` has seen whether it
+/// does, the status says that an import runs.
 class MusicKeeper : public KeeperEngine {
  public:
   struct Setup {
@@ -26,6 +28,8 @@ class MusicKeeper : public KeeperEngine {
     /// The import is done when `open` returns.
     bool waitsForImport = false;
     std::chrono::milliseconds exportQuiet = std::chrono::seconds(30);
+    /// However many changes follow each other.
+    std::chrono::milliseconds exportLatest = std::chrono::minutes(5);
   };
 
   explicit MusicKeeper(Setup setup);
@@ -35,6 +39,7 @@ class MusicKeeper : public KeeperEngine {
   ScriptOutcome run(const QString &source) override;
   ScriptOutcome importFile(const keeperProtocol::ImportRequest &request) override;
   ScriptOutcome exportFile(const keeperProtocol::ExportRequest &request) override;
+  void interrupt() override;
   void close() override;
   bool wantsToQuit() const override { return quits; }
   keeperProtocol::Status status() const override { return board.read(); }
@@ -43,12 +48,15 @@ class MusicKeeper : public KeeperEngine {
   const ScriptOutcome &openingImport() const { return opening; }
 
  private:
+  QString openLibrary();
   QString openStore(LibraryStore::Access access);
+  void endScripts();
   /// Opens the library to changes once the import beside it has ended.
   void takeOverFirstImport();
   void noteState();
   bool needsExport();
-  /// Empty, or what went wrong.
+  /// Empty, or what went wrong. The first does not wait for the file.
+  QString exportSoon();
   QString exportIfNeeded();
   void exportLate();
   bool isImporting() const { return firstImport != nullptr; }
@@ -56,12 +64,15 @@ class MusicKeeper : public KeeperEngine {
   const Setup setup;
   StatusBoard board;
   std::atomic<bool> quits = false;
+  std::atomic<bool> interrupted = false;
   /// One export at a time.
   std::mutex exporting;
 
   // The script thread only.
   LibraryStore store;
   std::unique_ptr<KeeperApplication> application;
+  std::mutex replacing;
+  // Replaced under its lock.
   std::unique_ptr<Interpreter> interpreter;
   std::unique_ptr<FirstImport> firstImport;
   ScriptOutcome opening;

@@ -19,6 +19,7 @@ class KeeperProcess : public ::testing::Test {
   QString path(const QString &relative) const { return temporary.path() + u'/' + relative; }
   QString libraryFolder() const { return path(QStringLiteral("home/Music/iTunes")); }
   QString storePath() const;
+  QString exportPath() const { return libraryFolder() + QStringLiteral("/iTunes Music Library.xml"); }
   void writeFile(const QString &path, const QByteArray &bytes) const;
   static QByteArray readFile(const QString &path);
   /// A library file of so many tracks, "Name 1" by "Artist" and so on, with a playlist "P" of all of them.

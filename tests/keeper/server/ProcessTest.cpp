@@ -1,10 +1,14 @@
 #include <signal.h>
 #include <sys/wait.h>
 
+#include <QDateTime>
+#include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <thread>
 
+#include "keeper/library/LibraryStore.h"
+#include "keeper/library/PlaylistTable.h"
 #include "platform/keeper/KeeperLock.h"
 #include "platform/keeper/KeeperWorkspace.h"
 #include "platform/qt/QtWorkspace.h"
@@ -27,8 +31,28 @@ TEST_F(KeeperProcess, AChangeIsThereAgainAfterAQuit) {
   start();
   tell(QStringLiteral("make new user playlist with properties {name:\"Kept\"}"));
   EXPECT_EQ(quit(), 0);
+  QFile store(storePath());
+  const QDateTime now = QDateTime::currentDateTime();
+  ASSERT_TRUE(store.open(QIODevice::ReadWrite) &&
+              store.setFileTime(now.addDays(-9), QFile::FileModificationTime));
   start();
   EXPECT_EQ(tell(QStringLiteral("count (every user playlist whose name is \"Kept\")")), QStringLiteral("1"));
+  EXPECT_GT(QFileInfo(storePath()).lastModified(), now.addDays(-1)) << "a library that is served is in use";
+}
+
+TEST_F(KeeperProcess, ASaveIsAnsweredBeforeItsFileIsWritten) {
+  start();
+  tell(QStringLiteral("make new user playlist with properties {name:\"Kept\"}"));
+  LibraryStore store;
+  ASSERT_EQ(store.open(libraryFolder()), QString());
+  {
+    // While another writes no export can end.
+    StoreBatch batch(store);
+    EXPECT_EQ(tell(QStringLiteral("save")), QString());
+    EXPECT_EQ(tell(QStringLiteral("save")), QString());
+    EXPECT_FALSE(QFileInfo::exists(exportPath()));
+  }
+  EXPECT_TRUE(eventually([this] { return readFile(exportPath()).contains("Kept"); }));
 }
 
 TEST_F(KeeperProcess, ASecondOneLeavesTheFirstAlone) {
@@ -92,15 +116,30 @@ TEST_F(KeeperProcess, AStoppedOneKeepsItsCallersWaitingAndGoesOn) {
   EXPECT_EQ(answer, status()->version);
 }
 
-TEST_F(KeeperProcess, ASignalEndsItBehindTheScriptThatRuns) {
-  start();
-  QString answer;
-  std::thread asking([&] { answer = run(QStringLiteral("delay 0.5\nreturn \"done\"")); });
-  EXPECT_TRUE(eventually([this] { return status().has_value(); }));
-  ::kill(pid_t(process.processId()), SIGTERM);
-  asking.join();
-  EXPECT_EQ(waitForEnd(), 0);
-  EXPECT_TRUE(answer == u"done" || answer == u"error -609") << answer.toStdString();
+TEST_F(KeeperProcess, ASignalEndsItBehindTheScriptThatRunsASecondOneDoesNotWait) {
+  for (const bool isImpatient : {false, true}) {
+    start();
+    const int lists = tell(QStringLiteral("count playlists")).toInt();
+    ASSERT_GT(lists, 0);
+    QString answer;
+    std::thread asking([&] {
+      answer = run(QStringLiteral("tell application \"Music Keeper\" to make new user playlist\ndelay %1\n"
+                                  "return \"done\"")
+                       .arg(isImpatient ? 600.0 : 0.5));
+    });
+    const auto hasBegun = [&] {
+      LibraryStore store;
+      return store.open(libraryFolder(), LibraryStore::Access::ReadOnly).isEmpty() &&
+             store.playlists().count() > lists;
+    };
+    EXPECT_TRUE(eventually(hasBegun));
+    ::kill(pid_t(process.processId()), SIGTERM);
+    EXPECT_TRUE(eventually([this] { return !QFileInfo::exists(place.socket()); }));
+    if (isImpatient) ::kill(pid_t(process.processId()), SIGTERM);
+    EXPECT_EQ(waitForEnd(), 0);
+    asking.join();
+    EXPECT_EQ(answer, isImpatient ? QStringLiteral("error -128") : QStringLiteral("done"));
+  }
 }
 
 TEST_F(KeeperProcess, AKillInsideAScriptReadsAsABrokenConnection) {
@@ -174,7 +213,7 @@ TEST_F(KeeperProcess, LaunchesAndEndsAreToldOnce) {
 }
 
 TEST_F(KeeperProcess, TheFirstStartTakesInTheNewestLibraryAndLeavesItsFileAlone) {
-  const QString file = libraryFolder() + QStringLiteral("/iTunes Music Library.xml");
+  const QString file = exportPath();
   writeFile(file, libraryXml(300));
   start();
   EXPECT_TRUE(eventually([this] { return status()->tracks == 300; }));

@@ -15,6 +15,7 @@ class StandInEngine : public KeeperEngine {
   ScriptOutcome run(const QString &source) override;
   ScriptOutcome importFile(const keeperProtocol::ImportRequest &) override { return {}; }
   ScriptOutcome exportFile(const keeperProtocol::ExportRequest &) override { return {}; }
+  void interrupt() override {}
   void close() override { isClosed = true; }
   bool wantsToQuit() const override { return quits; }
   keeperProtocol::Status status() const override;
