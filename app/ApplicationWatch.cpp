@@ -44,6 +44,9 @@ void ApplicationWatch::startObservingAppChanges() {
   if (subscription || !iTunesInterface::haveBridge()) return;
   const auto changed = [this](const RunningApplication &application) { appChange(application.name); };
   subscription = platform().workspace->observeApplications(changed, changed);
+  // What was known before has not been kept up.
+  iTunesInterface::resetIsMusicAppRunning();
+  iTunesInterface::isMusicAppRunning();
 }
 
 void ApplicationWatch::stopObservingAppChanges() {
@@ -87,6 +90,7 @@ void ApplicationWatch::later(double seconds, MainLoop::Task task) {
 
 void ApplicationWatch::launchiTunesAndScanWhenReady() {
   if (state.mIsEnding) return;
+  state.mLaunchGivenUp = false;
   ProblemView &view = state.view;
   view.setProgressIndeterminate(true);
   view.setProgressText(localizedMessage(QStringLiteral("WaitiTunesMessage")));
@@ -107,6 +111,7 @@ void ApplicationWatch::launchiTunesCheckIfResponsive() {
   if (state.mIsEnding) return;
   if (now() > mLaunchiTunesGiveUpTime) {
     BMLog("!!! Gave up waiting for iTunes to become responsive");
+    state.mLaunchGivenUp = true;
   } else if (now() - mLaunchiTunesLastUnresponsiveTime > kSteadySeconds) {
     state.health.setiTunesResponsive(true);
     if (!state.mVersionLogged)

@@ -20,7 +20,7 @@ class ApplicationWatch {
   /// cancelled, and the user chooses whether it is to be opened again. `name` is for the log.
   void appChange(const QString &name);
   /// Starts the music application behind the progress sheet, and scans once it has answered for 5 seconds on
-  /// end, or after 24 seconds regardless.
+  /// end, or after 24 seconds regardless: then without it, and until the user scans anew.
   void launchiTunesAndScanWhenReady();
 
  private:

@@ -38,10 +38,11 @@ bool isUsualParent(const QString &parent) {
 }  // namespace
 
 LaunchChecks::~LaunchChecks() {
-  platform().mainLoop->stopTimer(timer);
+  platform().mainLoop->stopTimer(loadTimer);
+  platform().mainLoop->stopTimer(folderTimer);
 }
 
-void LaunchChecks::later(double seconds, MainLoop::Task task) {
+void LaunchChecks::later(MainLoop::TimerID &timer, double seconds, MainLoop::Task task) {
   platform().mainLoop->stopTimer(timer);
   timer = platform().mainLoop->startTimer(seconds, false, std::move(task));
 }
@@ -110,7 +111,8 @@ bool LaunchChecks::warnIfLibraryInaccessible() {
     BMLog(" ... check again.");
     state.view.showProblemWindow();
     constexpr double kDelaySeconds = 0.5;
-    later(kDelaySeconds, [this] { state.commands->doGetDefaultLibraryWhenNewerThan(std::nullopt); });
+    later(loadTimer, kDelaySeconds,
+          [this] { state.commands->doGetDefaultLibraryWhenNewerThan(std::nullopt); });
   } else {
     BMLog(" ... just quit.");
     state.commands->customTerminate();
@@ -127,7 +129,7 @@ void LaunchChecks::checkMediaFolder() {
   if (isUsualParent(parent))
     return BMLog("Uncertain media location, but we'll accept typical parent: %@", parent);
   constexpr double kDelaySeconds = 1.0;
-  later(kDelaySeconds, [this] { showUntrustedMediaFolderAlert(); });
+  later(folderTimer, kDelaySeconds, [this] { showUntrustedMediaFolderAlert(); });
 }
 
 void LaunchChecks::showUntrustedMediaFolderAlert() {

@@ -30,8 +30,10 @@ class LaunchChecks {
 
  private:
   bool isReachable() const;
-  void later(double seconds, MainLoop::Task task);
+  static void later(MainLoop::TimerID &timer, double seconds, MainLoop::Task task);
 
   AppState &state;
-  MainLoop::TimerID timer = 0;
+  /// The load that is tried again, and the question about the media folder: both may be due at a launch.
+  MainLoop::TimerID loadTimer = 0;
+  MainLoop::TimerID folderTimer = 0;
 };

@@ -65,7 +65,11 @@ void MainController::logLaunch() {
 
 bool MainController::checkMusicApplication() {
   if (!iTunesInterface::haveBridge() || !iTunesInterface::isMusicAppRunning()) return true;
-  const std::optional<QString> version = iTunesInterface::versionString();
+  // One that takes its library in is alive, and has no time to answer.
+  if (platform().workspace->libraryActivity().state == LibraryActivity::State::Importing) return true;
+  // The version alone would be waited for for ever if the application hangs.
+  std::optional<QString> version;
+  if (iTunesInterface::isiTunesResponsive()) version = iTunesInterface::versionString();
   BMLog("Music App (\"%@\") Version: %@", iTunesInterface::musicAppName(), version.value_or(QString()));
   state.mVersionLogged = version.has_value();
   if (version) return true;

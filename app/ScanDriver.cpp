@@ -51,6 +51,7 @@ void ScanDriver::reloadLibraryAndScan() {
     BMLog("!!! reloadLibraryAndScan invoked while busy");
     return;
   }
+  state.mLaunchGivenUp = false;
   state.commands->doGetDefaultLibraryWhenNewerThan(state.library.mLastLibraryModifiedDate);
 }
 
@@ -71,7 +72,7 @@ void ScanDriver::scanLibraryForProblems() {
   }
   if (!iTunesInterface::isMusicAppRunning()) {
     BMLog("!!! scanLibraryForProblems but iTunes isn't running.");
-    return state.commands->launchiTunesAndScanWhenReady();
+    if (!state.mLaunchGivenUp) return state.commands->launchiTunesAndScanWhenReady();
   }
   // The load that comes first ends in a scan.
   if (state.mMusicLibraryBusy) return BMLog("!!! scanLibraryForProblems invoked during a load");
@@ -111,7 +112,7 @@ void ScanDriver::scanLibraryForProblems() {
 }
 
 void ScanDriver::launchIfGone() {
-  if (iTunesInterface::isMusicAppRunning()) return;
+  if (state.mLaunchGivenUp || iTunesInterface::isMusicAppRunning()) return;
   if (!platform().workspace->launchApplication(iTunesInterface::musicAppIdentifier()))
     BMLog("!!! %@ cannot be launched", iTunesInterface::musicAppName());
 }

@@ -34,7 +34,7 @@ class ScanDriver {
   /// Scans, whatever goes on.
   void reFindProblems();
   /// Starts a scan of the loaded library; a stale library is loaded again first, and a music application that
-  /// does not run is launched.
+  /// does not run is launched, unless that was just given up.
   void scanLibraryForProblems();
   /// Shows the counts of the four lists on their tabs once there is any problem.
   void updateProblemNumbers();

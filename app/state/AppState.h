@@ -115,6 +115,8 @@ struct AppState {
 
   /// The version of the music application stands in the log.
   bool mVersionLogged = false;
+  /// The music application could not be brought up: no scan launches it until the user scans anew.
+  bool mLaunchGivenUp = false;
   /// The alert that the music application has quit is on the screen.
   bool mQuitAlertShown = false;
 

@@ -22,8 +22,8 @@ class Session : public RecordingWorkspace {
   }
   bool launchApplication(const QString &) override {
     ++launches;
-    setRunning(true);
-    return true;
+    if (canLaunch) setRunning(true);
+    return canLaunch;
   }
   LibraryActivity libraryActivity() const override { return activity; }
   Subscription observeApplications(std::function<void(const RunningApplication &)> whenLaunched,
@@ -41,7 +41,7 @@ class Session : public RecordingWorkspace {
   }
 
   const RunningApplication keeper{u"com.brinmoor.keeper"_qs, u"Music Keeper"_qs};
-  bool running = true;
+  bool running = true, canLaunch = true;
   int launches = 0;
   LibraryActivity activity;
 
@@ -53,6 +53,7 @@ class Session : public RecordingWorkspace {
 class SteadyHost : public ScriptHost {
  public:
   ScriptOutcome run(const QString &source) override {
+    if (delay > 0) platform().clock->sleep(delay);
     const std::lock_guard held(lock);
     if (source.contains(u"refresh"_qs)) return ScriptedHost::resultOf(ScriptDescriptor::ofText(path));
     if (failure) return {{}, failure};
@@ -61,6 +62,7 @@ class SteadyHost : public ScriptHost {
   std::mutex lock;
   std::optional<ScriptFailure> failure;
   QString path;
+  std::atomic<double> delay = 0;
 };
 
 class Watch : public TestPlatform, public Commands {
@@ -161,6 +163,37 @@ TEST_F(Watch, AnApplicationThatNeverAnswersIsGivenUpAfter24Seconds) {
   EXPECT_TRUE(logContains(u"Gave up waiting for iTunes"_qs));
 }
 
+TEST_F(Watch, AnApplicationThatCannotBeLaunchedIsAskedForAgainOnlyWhenTheUserScansAnew) {
+  addTracks(3);
+  session.running = session.canLaunch = false;
+  controller->awakeFromNib();
+  host.failure = ScriptFailure{-600, u"not running"_qs};
+  scanLibraryForProblems();
+  for (int scans = 1; scans <= 2; ++scans) {
+    ASSERT_TRUE(time.runUntil([&] { return view.scansEnded == scans; }, 60.0));
+    EXPECT_EQ(session.launches, scans);
+    reloadLibraryAndScan();
+  }
+}
+
+TEST_F(Watch, WhatWasKnownBeforeTheWatchBeganIsAskedForAgain) {
+  session.running = false;
+  EXPECT_FALSE(iTunesInterface::isMusicAppRunning());
+  session.running = true;
+  controller->awakeFromNib();
+  EXPECT_TRUE(iTunesInterface::isMusicAppRunning());
+}
+
+TEST_F(Watch, AnApplicationThatHangsAtLaunchIsToldOfBeforeAnyWindowShows) {
+  host.delay = 600;
+  const double begin = time.now().seconds;
+  controller->awakeFromNib();
+  EXPECT_NEAR(time.now().seconds - begin, 8.0, 0.3);
+  EXPECT_EQ(view.calls, QStringList{u"alert iTunesUnresponsiveTitle"_qs});
+  EXPECT_TRUE(ended);
+  time.run(600);
+}
+
 TEST_F(Watch, AQuitIsToldOnceAndTheAnswerDecides) {
   const struct {
     bool withSheet;
@@ -254,9 +287,11 @@ TEST_F(Watch, AVeryLargeLibraryIsWarnedOfOnceTheUserHasEnough) {
 TEST_F(Watch, ALibraryThatCannotBeReachedIsAskedForAgain) {
   library.mediaFolder.reset();
   view.answers[u"NoLibraryTitle"_qs] = 0;
-  EXPECT_TRUE(controller->launchChecks().warnIfLibraryInaccessible());
+  setPreference(prefs::noScanAtStartup, false);
+  controller->awakeFromNib();
+  EXPECT_TRUE(view.noted("alert NoLibraryTitle"));
   time.run(0.6);
-  EXPECT_EQ(loads, 1);
+  EXPECT_EQ(loads, 1) << "the question about the media folder, due then too, takes nothing away";
   writeFile(u"home/Music/iTunes/iTunes Library.xml"_qs, QByteArray(2000, ' '));
   EXPECT_FALSE(controller->launchChecks().warnIfLibraryInaccessible());
 }
