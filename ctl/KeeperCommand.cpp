@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QProcess>
+#include <chrono>
 #include <thread>
 
 #include "ctl/JsonWriter.h"
@@ -20,6 +21,8 @@ using namespace std::chrono_literals;
 namespace {
 
 const QString kMap = QStringLiteral("--map"), kJson = QStringLiteral("--json");
+/// How long a launched keeper may take until it answers.
+constexpr auto kStartLimit = 30s;
 
 int reported(const QString &message, Terminal &terminal) {
   terminal.say(message);
@@ -115,8 +118,11 @@ int KeeperCommand::start(Terminal &terminal) const {
   const std::unique_ptr<ProcessHandle> launched = launcher.launch();
   if (!launched)
     return reported(QStringLiteral("Music Keeper is not installed beside this program"), terminal);
+  const auto begin = std::chrono::steady_clock::now();
   while (!launched->hasEnded() || KeeperLock::holder(place.lock())) {
     if (statusOfKeeper(place, 1s)) return exitcode::kDone;
+    if (std::chrono::steady_clock::now() - begin > kStartLimit)
+      return reported(QStringLiteral("Music Keeper runs but does not answer"), terminal);
     std::this_thread::sleep_for(20ms);
   }
   return reported(QStringLiteral("Music Keeper ended as soon as it was started; its log tells why"),

@@ -25,6 +25,18 @@ QString directFolder() {
   return library ? pathOfFileAddress(library->musicFolderLocation().value_or(QString())) : QString();
 }
 
+/// Tells if the music application is still taking its library in, so that a look would find a part of it.
+bool isStillImporting(Terminal &terminal) {
+  const LibraryActivity activity = platform().workspace->libraryActivity();
+  if (activity.state != LibraryActivity::State::Importing) return false;
+  terminal.say(
+      QStringLiteral("%1 is still taking in its library (%2 of %3 tracks); try again when it is done")
+          .arg(iTunesInterface::musicAppName())
+          .arg(activity.done)
+          .arg(activity.total));
+  return true;
+}
+
 }  // namespace
 
 bool chooseLibraryFile(const QString &given, Terminal &terminal) {
@@ -34,6 +46,7 @@ bool chooseLibraryFile(const QString &given, Terminal &terminal) {
     terminal.say(QStringLiteral("the library \"%1\" %2").arg(printable(given), what));
     return false;
   }
+  if (given.isEmpty() && isStillImporting(terminal)) return false;
   if (!given.isEmpty()) useFileOnly();
   iTunesInterface::setMusicLibraryXMLPath(given.isEmpty() ? QString() : info.absoluteFilePath());
   if (iTunesInterface::canGetMusicLibrary()) return true;

@@ -1,5 +1,6 @@
 #include "desktop/DesktopView.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QEventLoop>
@@ -28,6 +29,12 @@ void DesktopView::attach(Application &attached) {
   preferences = std::make_unique<PreferencesWindow>(makeActions());
   progress = std::make_unique<ProgressPanel>(
       window.get(), [this] { application->controller().doCancelOperation("ProgressPanel"); });
+  // The sheet blocks its window, and with it the window's own way to quit.
+  auto *quit = new QAction(progress.get());
+  quit->setShortcut(QKeySequence::Quit);
+  progress->addAction(quit);
+  QObject::connect(quit, &QAction::triggered, progress.get(),
+                   [this] { application->controller().customTerminate(); });
   attached.controller().prefsController().setPriorityArray = [this](const QStringList &priorities) {
     preferences->marks().setPriorityArray(priorities);
   };
