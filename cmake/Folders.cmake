@@ -9,8 +9,8 @@ target_link_libraries(tallyfen_options INTERFACE Qt6::Core Threads::Threads)
 if(TALLYFEN_SANITIZE)
   target_compile_options(tallyfen_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer
-    # The instrumented code makes the compiler see uninitialized reads where there are none.
-    -Wno-maybe-uninitialized)
+    # The instrumented code makes this compiler see uninitialized reads where there are none.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(tallyfen_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(TALLYFEN_FUZZ)

@@ -10,6 +10,7 @@
 #include "app/state/ApplicationHealth.h"
 #include "app/state/IgnoredDuplicates.h"
 #include "app/state/LibraryChanges.h"
+#include "app/state/MergeState.h"
 #include "app/state/ObjectLocks.h"
 #include "app/state/ProblemView.h"
 #include "app/state/UntrustedLocations.h"
@@ -95,6 +96,7 @@ struct AppState {
   LibraryState library;
   ProblemLists lists;
   OperationState operation;
+  MergeState merge;
   IgnoredDuplicates ignoredDuplicates{*this};
   UntrustedLocations untrustedLocations{*this};
   LibraryChanges changes{*this};

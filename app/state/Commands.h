@@ -28,6 +28,12 @@ class Commands {
   virtual void doAutomark() = 0;
   /// Notes that the settings of the marks have been applied as they are now.
   virtual void noteAppliedAutomarkValues() = 0;
+  /// Merges the marked groups of duplicates, once the questions about it are answered.
+  virtual void mergeMarkedDuplicates() {}
+  /// Takes over what a process before this one saved of a merge that got stuck; false if there is nothing.
+  [[nodiscard]] virtual bool readState() { return false; }
+  /// Shows what was taken over and goes on with that merge.
+  virtual void recoverFromReadState() {}
   /// Shows the counts of the four lists on their tabs.
   virtual void updateProblemNumbers() = 0;
   /// Shows the preferences window at a tab.

@@ -24,6 +24,10 @@ struct Alert {
   bool critical = false;
   /// Belongs to the preferences window instead of the problem window.
   bool onPreferencesWindow = false;
+  /// The words of a box that the user can tick so as not to be asked again, and the preference that it sets
+  /// or removes; both empty for none.
+  QString suppression;
+  QString suppressionPreference;
 };
 
 /// What the controller asks of the windows. Main thread only.
@@ -83,11 +87,15 @@ class ProblemView {
   virtual void setLibraryPaths(const QString &libraryFolder, const QString &mediaFolder) = 0;
   virtual void setLibrarySongCount(const QString &text) = 0;
   virtual void setSettingsNoteVisible(int group, bool visible) = 0;
+  /// Scrolls a table so that a row is the topmost one, as far as there are rows.
+  virtual void scrollToTop(ProblemTab /*tab*/, qsizetype /*row*/) {}
   /// Asks for one folder, starting at a path; empty if the user cancels.
   virtual QString chooseFolder(const QString &message, const QString &startPath) = 0;
 
   /// Told at the end of each load with the number of kept tracks; with 0 no scan follows.
   virtual void libraryDidLoad(qsizetype /*tracks*/) {}
+  /// Told once at the very end of each merge, after its alerts; what it did stands in `MergeState::report`.
+  virtual void mergeDidEnd() {}
   /// Told once at the very end of each scan, after its results or its error have been presented.
   virtual void scanDidEnd() = 0;
 };

@@ -10,7 +10,7 @@
 #include "values/Date.h"
 
 class ScriptObject;
-class ScriptReference;
+struct ScriptReference;
 class ScriptInstance;
 class ScriptValue;
 

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <atomic>
+#include <mutex>
+#include <vector>
+
+#include "values/Date.h"
+
+/// What became of the file of a row that was not kept, or what is to become of it.
+enum class UnkeptFate {
+  Trashed,
+  /// Copied to the folder for unkept files, and deleted where it was once its track was gone.
+  Moved,
+  /// A copy of it stood in the folder already; deleted where it was once its track was gone.
+  AlreadyInFolder,
+  /// Could not be trashed; deleted, as the user wishes it for that case.
+  Deleted,
+  /// Stays with its track, which is collected in a playlist.
+  Collected,
+  /// The kept track has the same file.
+  Shared,
+  /// There was no file any more.
+  Gone,
+  /// The track told no path.
+  NoPath,
+};
+
+/// What a merge did to one group, in the order in which it did it.
+struct MergedGroup {
+  struct Unkept {
+    QString pid, path;
+    /// Where a moved file stands now.
+    QString newPath;
+    qint64 bytes = 0;
+    UnkeptFate fate = UnkeptFate::Gone;
+    /// The track has left the library.
+    bool removed = false;
+  };
+  QString title;
+  QString keptPID, infoPID, keptPath;
+  std::vector<Unkept> unkept;
+  /// The names of the playlists that hold the kept track now in place of another.
+  QStringList playlists;
+  /// All that was to be done with the group was done.
+  bool complete = false;
+};
+
+/// Something that did not work, for the user.
+struct MergeFailure {
+  QString title;
+  QString path;
+  QString reason;
+};
+
+/// What must be the same behind a merge as before it, counted in the library.
+struct MergeTotals {
+  qint64 tracks = 0;
+  qint64 plays = 0;
+  qint64 skips = 0;
+  qint64 playlistEntries = 0;
+  qint64 files = 0;
+  qint64 bytes = 0;
+};
+
+/// What a merge has done so far, all its runs together. The worker writes, the main thread reads a copy.
+class MergeReport {
+ public:
+  struct Contents {
+    std::vector<MergedGroup> groups;
+    std::vector<MergeFailure> failures;
+  };
+
+  /// Begins a new merge.
+  void clear();
+  void addGroup(MergedGroup group);
+  void addFailure(MergeFailure failure);
+  Contents contents() const;
+
+ private:
+  mutable std::mutex guard;
+  Contents mContents;
+};
+
+/// What a merge keeps beyond one run.
+struct MergeState {
+  /// Rows dealt with in earlier runs of the same merge.
+  qint32 mNumberCompletedBeforeRestart = 0;
+  /// The merge goes on as soon as a folder has been chosen.
+  bool mMergeAfterUnkeptFolderChosen = false;
+  /// A script held the bridge's lock when the state was written, or gave no answer in time.
+  std::atomic<bool> mScriptLockedBeforeRestart{false};
+  /// Restarts in a row without a finished row.
+  std::atomic<qint32> mNumberOfNoProgressRestarts{0};
+  /// When the run last finished a row.
+  Date lastProgress;
+  MergeReport report;
+};

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+#include "app/state/MergeState.h"
+#include "repairs/MergeSettings.h"
+#include "values/Value.h"
+
+struct AppState;
+
+/// What a merge will do to one group. A value: making it touches nothing.
+struct GroupPlan {
+  struct Unkept {
+    Dictionary row;
+    QString pid, path;
+    qint64 bytes = 0;
+    UnkeptFate fate = UnkeptFate::Gone;
+  };
+  struct Playlist {
+    QString pid, name;
+    qint64 entries = 0;
+    /// Too long to be built anew: the kept track is added at its end.
+    bool isHuge = false;
+  };
+  qint64 number = 0;
+  /// The row whose track and file stay, and the one that gives the information; null if no row is marked so.
+  Dictionary audioRow, infoRow;
+  QString title;
+  /// The rows in the order of the table, the audio row left out.
+  std::vector<Unkept> unkept;
+  /// The user's playlists that hold one of the unkept tracks.
+  std::vector<Playlist> playlists;
+  /// The path of a marked row's file that is gone; the group cannot be merged. Empty if all are there.
+  QString missingPath;
+
+  /// Both marks are set: the group takes part.
+  bool isMarked() const { return !audioRow.isNull() && !infoRow.isNull(); }
+  bool copiesInformation() const;
+};
+
+/// What a merge will do, in the order in which it does it. Made on the main thread while nothing runs.
+struct MergePlan {
+  MergeSettings settings;
+  std::vector<GroupPlan> groups;
+  /// Direct access is there to tell which playlists hold a track; without it none can be found.
+  bool playlistsAreKnown = false;
+
+  qint64 unkeptRows() const;
+  /// The bytes that the unkept files free, or move.
+  qint64 unkeptBytes() const;
+};
+
+/// The plan of one group, from its rows in the order of the table. Looks at files; does not look at
+/// playlists. Any thread.
+GroupPlan planOfGroup(const std::vector<Dictionary> &rows, const MergeSettings &settings);
+
+/// The plan of all marked groups of the list, playlists included. With numbers of groups, only of those.
+MergePlan makeMergePlan(AppState &state, const MergeSettings &settings,
+                        const std::vector<qint64> &groups = {});
