@@ -28,6 +28,9 @@ struct Alert {
   /// or removes; both empty for none.
   QString suppression;
   QString suppressionPreference;
+  /// The index of the button that changes nothing, which the escape key presses and which a program without
+  /// windows answers; -1 for the usual one, the last.
+  int safeButton = -1;
 };
 
 /// What the controller asks of the windows. Main thread only.
