@@ -40,7 +40,7 @@ int tell(const ScriptOutcome &outcome, Terminal &terminal) {
   return exitcode::kDone;
 }
 
-QString progressOf(const Status::Importing &importing) {
+QString progressOf(const Importing &importing) {
   if (importing.file.isEmpty()) return QStringLiteral("Opening its library");
   const QString of = importing.total > 0 ? QStringLiteral(" of %1").arg(importing.total) : QString();
   return QStringLiteral("Importing %1: %2%3 tracks")

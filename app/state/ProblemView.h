@@ -26,8 +26,8 @@ struct Alert {
   bool onPreferencesWindow = false;
   /// The words of a box that the user can tick so as not to be asked again, and the preference that it sets
   /// or removes; both empty for none.
-  QString suppression;
-  QString suppressionPreference;
+  QString suppression{};
+  QString suppressionPreference{};
   /// The index of the button that changes nothing, which the escape key presses and which a program without
   /// windows answers; -1 for the usual one, the last.
   int safeButton = -1;

@@ -8,7 +8,7 @@ FirstImport::FirstImport(const QString &folder, const keeperProtocol::ImportRequ
                          StatusBoard &board_)
     : board(board_) {
   board.write([&](keeperProtocol::Status &status) {
-    status.importing = keeperProtocol::Status::Importing{0, 0, request.file};
+    status.importing = keeperProtocol::Importing{0, 0, request.file};
   });
   thread = std::thread([this, folder, request] { run(folder, request); });
 }

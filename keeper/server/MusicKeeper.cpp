@@ -137,7 +137,7 @@ ScriptOutcome MusicKeeper::importFile(const ImportRequest &request) {
   takeOverFirstImport();
   if (!interpreter) return refused(kClosed);
   if (isImporting()) return refused(QStringLiteral("Another import is under way."));
-  board.write([&](Status &status) { status.importing = Status::Importing{0, 0, request.file}; });
+  board.write([&](Status &status) { status.importing = Importing{0, 0, request.file}; });
   const ScriptOutcome outcome = importJob::run(store, request, [this](const ImportProgress &progress) {
     board.write([&](Status &status) {
       status.importing->done = progress.done;

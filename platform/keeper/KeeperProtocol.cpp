@@ -104,7 +104,7 @@ std::optional<Status> decodeStatus(const QByteArray &text) {
   status.playing = facts[u"playing"].toBool();
   const QJsonObject importing = facts[u"importing"].toObject();
   if (!importing.isEmpty()) {
-    status.importing = Status::Importing{importing[u"done"].toInteger(), importing[u"total"].toInteger(),
+    status.importing = Importing{importing[u"done"].toInteger(), importing[u"total"].toInteger(),
                                          importing[u"file"].toString()};
   }
   return status;

@@ -42,14 +42,16 @@ struct ExportRequest {
 };
 using Request = std::variant<ScriptRequest, StatusRequest, ImportRequest, ExportRequest>;
 
+/// How far an import is.
+struct Importing {
+  qint64 done = 0;
+  /// 0 while it is unknown.
+  qint64 total = 0;
+  QString file;
+};
+
 /// How a keeper is.
 struct Status {
-  struct Importing {
-    qint64 done = 0;
-    /// 0 while it is unknown.
-    qint64 total = 0;
-    QString file;
-  };
   QString version;
   /// The folder of its store.
   QString folder;

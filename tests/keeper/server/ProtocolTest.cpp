@@ -132,7 +132,7 @@ TEST(KeeperProtocol, TheStatusArrivesWithAndWithoutAnImport) {
     ASSERT_TRUE(back);
     EXPECT_EQ(encodeStatus(*back), encodeStatus(status));
     EXPECT_EQ(back->importing.has_value(), i == 1);
-    status.importing = Status::Importing{5, 0, QStringLiteral("/l.xml")};
+    status.importing = Importing{5, 0, QStringLiteral("/l.xml")};
   }
 }
 
