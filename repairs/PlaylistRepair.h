@@ -1,12 +1,12 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QStringList>
-#include <atomic>
-#include <mutex>
 #include <optional>
 
+#include "repairs/PlaylistLengths.h"
 #include "values/Value.h"
 
 struct AppState;
@@ -18,9 +18,11 @@ class PlaylistRepair {
  public:
   /// From so many tracks on the user is warned, and above so many a playlist is not built anew.
   static constexpr qint32 kWarnTracks = 750;
-  static constexpr qint32 kHugeTracks = 7500;
+  static constexpr qint32 kHugeTracks = PlaylistLengths::kHugeTracks;
 
-  PlaylistRepair(AppState &appState, ProgressSheet &progressSheet) : state(appState), sheet(progressSheet) {}
+  /// Both outlive it.
+  PlaylistRepair(AppState &appState, ProgressSheet &progressSheet)
+      : state(appState), lengths(appState, progressSheet) {}
   PlaylistRepair(const PlaylistRepair &) = delete;
 
   /// True for a playlist that the user made and fills by hand.
@@ -31,23 +33,50 @@ class PlaylistRepair {
   static bool shouldIgnorePlaylistWithName(const QString &name);
   /// True if one of the tracks stands in one of the user's playlists.
   static bool userPlaylistsContainASongWithPID(const Array &playlists, const QStringList &pids);
-  /// The tracks as lines for an alert.
+  /// The tracks as lines for an alert; from 15 tracks on ten of them, and how many are left out.
   static QString summaryOfTrackDicts(const Array &tracks);
 
-  /// Has the new track take the old ones' places in all the user's playlists. Nothing, or a text: one that
-  /// begins with "broken:" or "error:" is a failure. May run for minutes; a repair's thread.
+  /// False if nobody can tell which playlists hold a track: the library cannot be read directly, or scripts
+  /// have hung so that it is left alone. A replacement then passes for done with no playlist touched, so who
+  /// is about to remove tracks asks first. May wait as direct access does. Any thread.
+  bool canFindPlaylists() const;
+  /// The persistent IDs of the user's playlists that hold one of the tracks, each once, those of the first
+  /// track first, in the library's order. Nothing if the library cannot be read. Any thread.
+  static std::optional<QStringList> playlistsWithSongPIDs(const QStringList &pids);
+
+  /// Has the new track take the old ones' places in all the user's playlists; a huge one gets it at its end.
+  /// Nothing, or the word of the last playlist: a text that begins with "broken:" or "error:" is a failure.
+  /// Ends between two steps once the operation is cancelled: a playlist is then whole, old or new, but its
+  /// temporary copy stays. May run for minutes; a repair's thread.
   std::optional<QString> doPlaylistReplaceOfSongPIDsWithSongPID(const QStringList &oldPIDs,
                                                                 const QString &newPID);
-  /// The length of the user's longest ordinary playlist. Main thread, which waits up to 10 seconds.
-  qint32 maximumUserPlaylistTracks();
-  /// The names of the playlists that are too long to be built anew, by their persistent IDs. Any thread.
-  QHash<QString, QString> hugePlaylistInfoUsingApplescript(bool usingScripts);
-  /// What a "broken:" text tells: `playlists`, `tracks` and `tracksummaries`; null for any other text.
+  /// As in `PlaylistLengths`.
+  qint32 maximumUserPlaylistTracks() { return lengths.maximumUserPlaylistTracks(); }
+  QHash<QString, QString> hugePlaylistInfoUsingApplescript(bool usingScripts) {
+    return lengths.hugePlaylistInfoUsingApplescript(usingScripts);
+  }
+  /// What a "broken:" text tells: `playlists`, `tracks` and `tracksummaries`, the last two only if a track of
+  /// the library is named; null for any other text. Main thread.
   Dictionary playListReplaceErrorDictionaryFromString(const QString &result) const;
 
  private:
-  void maximumUserPlaylistTracksThread();
+  struct Replacement {
+    QStringList oldPIDs;
+    QString newPID;
+    /// The playlists that are not built anew.
+    QSet<QString> huge;
+    bool noneIsRebuilt = false;
+  };
+  bool isCancelled() const;
+  /// How often in a row the program was started again without getting on, because a script had hung.
+  qint32 restartsAfterHangs() const;
+  bool isDirectAccessDistrusted() const { return restartsAfterHangs() > 0; }
+  /// The playlists to work on, or an "error:" text.
+  QStringList findPlaylists(const QStringList &oldPIDs, QString *error);
+  std::optional<QString> appendTo(const QString &playlist, const Replacement &replacement) const;
+  /// False if the answer ends the whole replacement.
+  bool rebuild(const QString &playlist, const Replacement &replacement, std::optional<QString> *answer);
 
   AppState &state;
-  ProgressSheet &sheet;
+  PlaylistLengths lengths;
 };

@@ -170,6 +170,13 @@ inline const Key Genius{u"Genius"};
 inline const Key GeniusMix{u"GeniusMix"};
 inline const Key Visible{u"Visible"};
 inline const Key AllItems{u"All Items"};
+inline const Key Podcasts{u"Podcasts"};
+inline const Key PartyShuffle{u"Party Shuffle"};
+inline const Key Music{u"Music"};
+// What a refused playlist tells: its name, and the tracks that could not be carried over.
+inline const Key playlists{u"playlists"};
+inline const Key tracks{u"tracks"};
+inline const Key tracksummaries{u"tracksummaries"};
 
 // The resources dictionary.
 inline const Key simplifiers{u"simplifiers"};
@@ -194,5 +201,15 @@ inline const Key pictureDescription{u"description"};
 inline const Key textEncoding{u"textEncoding"};
 inline const Key pictureType{u"pictureType"};
 inline const Key pictureData{u"pictureData"};
+
+// The state of a merge that a new process goes on with.
+inline const Key mDuplicateSongDicts{u"mDuplicateSongDicts"};
+inline const Key mInconsistentNameDicts{u"mInconsistentNameDicts"};
+inline const Key mOrphanSongDicts{u"mOrphanSongDicts"};
+inline const Key mMissingSongDicts{u"mMissingSongDicts"};
+inline const Key problemTabIndex{u"problemTabIndex"};
+inline const Key mNumberCompletedBeforeRestart{u"mNumberCompletedBeforeRestart"};
+inline const Key mScriptLockedBeforeRestart{u"mScriptLockedBeforeRestart"};
+inline const Key mNumberOfNoProgressRestarts{u"mNumberOfNoProgressRestarts"};
 
 }  // namespace keys

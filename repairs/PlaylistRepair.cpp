@@ -1,0 +1,192 @@
+#include "repairs/PlaylistRepair.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "app/state/AppState.h"
+#include "bridge/LocalizedMessage.h"
+#include "bridge/iTunesInterface.h"
+#include "repairs/UserPlaylists.h"
+#include "support/BMLog.h"
+#include "support/Preferences.h"
+#include "text/Whitespace.h"
+#include "values/Keys.h"
+
+namespace {
+
+const QString kUnknownError = QStringLiteral("error: unknown");
+
+bool isFailure(const QString &answer) {
+  return answer.startsWith(QStringLiteral("broken:")) || answer.startsWith(QStringLiteral("error:"));
+}
+
+QString summaryOfTrack(const Dictionary &track) {
+  constexpr int kLongest = 45;
+  const QString artist = trimmedOfWhitespace(track.value(keys::Artist).toText());
+  const QString name = trimmedOfWhitespace(track.value(keys::Name).toText());
+  QString summary = artist.isEmpty() ? name : artist;
+  if (!artist.isEmpty() && !name.isEmpty()) summary = formatText(QStringLiteral("\n%@: %@"), {artist, name});
+  if (summary.isEmpty()) summary = localizedMessage(QStringLiteral("Unknown"));
+  return summary.size() > kLongest ? summary.left(kLongest) + QStringLiteral("...") : summary;
+}
+
+bool holdsTrack(const Dictionary &playlist, const QString &pid) {
+  const Array &items = playlist.value(keys::PlaylistItems).toArray();
+  return std::any_of(items.begin(), items.end(), [&](const Value &item) {
+    const Value &found = item.toDictionary().value(keys::TrackPersistentID);
+    return found.isText() && found.toText() == pid;
+  });
+}
+
+}  // namespace
+
+bool PlaylistRepair::isUserPlaylist(const Dictionary &playlist) {
+  return UserPlaylists::isUserPlaylist(playlist);
+}
+
+QString PlaylistRepair::tempPlaylistPrefix() {
+  return UserPlaylists::tempPlaylistPrefix();
+}
+
+bool PlaylistRepair::shouldIgnorePlaylistWithName(const QString &name) {
+  return UserPlaylists::shouldIgnorePlaylistWithName(name);
+}
+
+bool PlaylistRepair::userPlaylistsContainASongWithPID(const Array &playlists, const QStringList &pids) {
+  std::vector<Dictionary> ordinary;
+  for (const Value &value : playlists) {
+    if (UserPlaylists::isOrdinary(value.toDictionary())) ordinary.push_back(value.toDictionary());
+  }
+  return std::any_of(pids.begin(), pids.end(), [&](const QString &pid) {
+    return std::any_of(ordinary.begin(), ordinary.end(),
+                       [&](const Dictionary &playlist) { return holdsTrack(playlist, pid); });
+  });
+}
+
+QString PlaylistRepair::summaryOfTrackDicts(const Array &tracks) {
+  constexpr qsizetype kAllBelow = 15, kSome = 10;
+  const qsizetype shown = tracks.size() < kAllBelow ? tracks.size() : kSome;
+  QString summary;
+  for (qsizetype i = 0; i < shown; ++i) summary += summaryOfTrack(tracks.at(i).toDictionary());
+  if (tracks.size() > shown)
+    summary += localizedMessage(QStringLiteral("OverflowCount"), tracks.size() - shown);
+  return summary;
+}
+
+bool PlaylistRepair::isCancelled() const {
+  return state.operation.mCancelOperation;
+}
+
+qint32 PlaylistRepair::restartsAfterHangs() const {
+  return state.merge.mScriptLockedBeforeRestart ? state.merge.mNumberOfNoProgressRestarts.load() : 0;
+}
+
+bool PlaylistRepair::canFindPlaylists() const {
+  return !isDirectAccessDistrusted() && iTunesInterface::haveDirectLibraryAccess();
+}
+
+std::optional<QStringList> PlaylistRepair::playlistsWithSongPIDs(const QStringList &pids) {
+  QStringList found;
+  for (const QString &pid : pids) {
+    const auto survey = iTunesInterface::
+        playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNamesPrefixedWith(
+            1, pid, UserPlaylists::ownNames(), {tempPlaylistPrefix()});
+    if (!survey) return std::nullopt;
+    for (const PlaylistSurvey::Playlist &playlist : survey->playlists) {
+      if (playlist.containsTrack && !playlist.pid.isEmpty() && !found.contains(playlist.pid))
+        found += playlist.pid;
+    }
+  }
+  return found;
+}
+
+QStringList PlaylistRepair::findPlaylists(const QStringList &oldPIDs, QString *error) {
+  const std::optional<QStringList> direct = playlistsWithSongPIDs(oldPIDs);
+  if (!direct) {
+    if (!isDirectAccessDistrusted()) BMLog(" ... doPlaylistReplace fallback to AppleScript");
+    BMLog(" ... doPlaylistReplace fallback to XML because AppleScript '%@'", kUnknownError);
+  } else if (!isDirectAccessDistrusted()) {
+    return *direct;
+  }
+  // The library's file names no playlist for a track: where it serves, none is found.
+  if (state.changes.updateJustPlaylists()) return {};
+  if (direct) return *direct;
+  BMLog("*** cannot get playlists from XML either, must give up.");
+  *error = kUnknownError;
+  return {};
+}
+
+std::optional<QString> PlaylistRepair::doPlaylistReplaceOfSongPIDsWithSongPID(const QStringList &oldPIDs,
+                                                                              const QString &newPID) {
+  constexpr qint32 kHangsForQuickCheck = 2, kHangsForNoRebuild = 3;
+  QString error;
+  const QStringList found = findPlaylists(oldPIDs, &error);
+  if (!error.isEmpty()) return error;
+  if (isCancelled()) {
+    BMLog("doPlaylistReplace 2 cancelling");
+    return std::nullopt;
+  }
+  const QHash<QString, QString> huge =
+      hugePlaylistInfoUsingApplescript(restartsAfterHangs() < kHangsForQuickCheck);
+  const Replacement replacement{oldPIDs, newPID, QSet<QString>(huge.keyBegin(), huge.keyEnd()),
+                                restartsAfterHangs() >= kHangsForNoRebuild};
+  std::optional<QString> answer;
+  for (const QString &playlist : found) {
+    if (replacement.noneIsRebuilt || replacement.huge.contains(playlist)) {
+      answer = appendTo(playlist, replacement);
+    } else if (!rebuild(playlist, replacement, &answer)) {
+      break;
+    }
+  }
+  return answer;
+}
+
+std::optional<QString> PlaylistRepair::appendTo(const QString &playlist,
+                                                const Replacement &replacement) const {
+  if (prefs::isTrue(prefs::reportMinorErrors))
+    return QStringLiteral("error: cannot replace instances of song in playlist");
+  return iTunesInterface::addTrackWithPIDToPlaylistWithPID(replacement.newPID, playlist);
+}
+
+bool PlaylistRepair::rebuild(const QString &playlist, const Replacement &replacement,
+                             std::optional<QString> *answer) {
+  const QString temporaryName = formatText(QStringLiteral("%@-%@"), {tempPlaylistPrefix(), playlist});
+  while (!isCancelled()) {
+    *answer = iTunesInterface::incrementalRebuildPlaylist(playlist, replacement.oldPIDs, replacement.newPID,
+                                                          temporaryName);
+    if (!*answer && !isCancelled()) *answer = kUnknownError;
+    state.health.setiTunesResponsive(true);
+    const QString text = answer->value_or(QString());
+    if (isFailure(text) && !text.contains(QStringLiteral("timed out"))) {
+      iTunesInterface::removePlaylistsWithNamesStartingWith(tempPlaylistPrefix());
+      return false;
+    }
+    if (!text.startsWith(QStringLiteral("Done"))) continue;
+    BMLog("Finished rebuild of playlist PID was:%@ %@", playlist, text);
+    break;
+  }
+  return true;
+}
+
+Dictionary PlaylistRepair::playListReplaceErrorDictionaryFromString(const QString &result) const {
+  if (!result.startsWith(QStringLiteral("broken:"))) return {};
+  const QStringList fields = result.split(QStringLiteral("|@"));
+  if (fields.size() < 3) return {};
+  const Dictionary told = Dictionary::make();
+  const Array names = Array::make(), tracks = Array::make(), summaries = Array::make();
+  names.append(fields[1]);
+  told.set(keys::playlists, names);
+  const Array sorted = state.library.mMusicLibrarySortedTracks;
+  for (const QString &pid : fields.mid(2)) {
+    for (qsizetype i = sorted.size() - 1; i >= 0; --i) {
+      const Dictionary &track = sorted.at(i).toDictionary();
+      if (track.value(keys::PersistentID).toText() != pid) continue;
+      tracks.append(track);
+      summaries.append(formatText(QStringLiteral("%@: %@"),
+                                  {track.value(keys::Artist).toText(), track.value(keys::Name).toText()}));
+    }
+  }
+  if (!tracks.isEmpty()) told.set(keys::tracks, tracks);
+  if (!summaries.isEmpty()) told.set(keys::tracksummaries, summaries);
+  return told;
+}
