@@ -207,6 +207,7 @@ void LibraryLoader::finishedGettingLibrary(const Loaded &loaded) {
   state.mMusicLibraryBusy = false;
   state.view.libraryDidLoad(tracks);
   if (tracks == 0) return prefsOwner.revealTabWithIdentifier(QStringLiteral("library"));
+  if (state.commands->readState()) return state.commands->recoverFromReadState();
   checks.warnIfLowOnScratchSpace();
   if (!state.mIsEnding) checks.warnAboutTrackCount(tracks);
   if (!state.mIsEnding) state.commands->doFindProblems();

@@ -14,6 +14,8 @@ struct BridgeState {
 
   /// Excludes untimed scripts from each other; entered twice by one thread.
   std::recursive_mutex untimedScripts;
+  /// Set by whoever holds `untimedScripts`, for those who must not wait for it.
+  std::atomic<bool> untimedScriptRuns = false;
   /// Excludes timed scripts from each other, but not from untimed ones.
   std::recursive_mutex timedScripts;
   std::atomic<qint64> lastScriptErrorNumber = 0;

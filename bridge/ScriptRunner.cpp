@@ -1,5 +1,6 @@
 #include "bridge/ScriptRunner.h"
 
+#include <QScopeGuard>
 #include <memory>
 
 #include "bridge/BridgeState.h"
@@ -37,6 +38,8 @@ ScriptOutcome runUntimed(const QString &source) {
   BridgeState &state = bridgeState();
   const std::lock_guard making(state.untimedScripts);
   const std::lock_guard executing(state.untimedScripts);
+  state.untimedScriptRuns = true;
+  const auto ended = qScopeGuard([&state] { state.untimedScriptRuns = false; });
   ScriptOutcome outcome = platform().scriptHost->run(source);
   if (outcome.failure) outcome.result.reset();
   return outcome;
@@ -111,6 +114,10 @@ qint32 intFromScript(const QString &source) {
 
 void cancelCurrentScriptExecution() {
   bridgeState().cancelRequest = true;
+}
+
+bool isLocked() {
+  return bridgeState().untimedScriptRuns;
 }
 
 qint64 lastScriptErrorNumber() {

@@ -26,6 +26,9 @@ qint32 intFromScript(const QString &source);
 /// An untimed script is never interrupted.
 void cancelCurrentScriptExecution();
 
+/// True while a script without a time limit runs, so that the next one would have to wait. Never waits itself.
+bool isLocked();
+
 /// Why the run that ended last failed, in the script language's numbers; -1753 where none was told and for a
 /// timeout, 0 for a success.
 qint64 lastScriptErrorNumber();

@@ -6,6 +6,10 @@ Application::Application(ProblemView &view)
       nameScanner(main.appState(), names),
       groups(main.appState()),
       marks(main.appState(), groups),
+      playlists(main.appState(), main.currentOperation().progressSheet()),
+      merge(main.appState(), main.currentOperation(), playlists),
+      saved(main.appState(), groups),
+      supervisor(roomsOfMerge()),
       tables(main.appState(), groups, names, PrefsController::resources()) {
   main.appState().commands = this;
   duplicateScanner.setIgnoredDuplicates(
@@ -22,6 +26,23 @@ Application::Application(ProblemView &view)
     main.appState().operation.mCompletedFindMissingAndOrphans = true;
   };
   main.scanDriver().setThreads(std::move(threads));
+  merge.setSupervisor(&supervisor);
+  saved.applicationWillTerminate = [this] { main.applicationWillTerminate(); };
+  saved.revealAndMerge = [this] {
+    main.scanDriver().revealFoundProblems(false);
+    merge.beginMergeMarkedDuplicates();
+  };
+}
+
+MergeSupervisor::Rooms Application::roomsOfMerge() {
+  return {main.appState(),
+          main.currentOperation(),
+          saved,
+          groups,
+          main.applicationWatch(),
+          [this] { merge.mergeMarkedDuplicates(); },
+          [this] { merge.beginMergeMarkedDuplicates(); },
+          [this](const QString &text) { return playlists.playListReplaceErrorDictionaryFromString(text); }};
 }
 
 Application::~Application() {
@@ -62,6 +83,18 @@ void Application::doAutomark() {
 
 void Application::noteAppliedAutomarkValues() {
   main.prefsController().noteAppliedAutomarkValues();
+}
+
+void Application::mergeMarkedDuplicates() {
+  merge.mergeMarkedDuplicates();
+}
+
+bool Application::readState() {
+  return saved.readState();
+}
+
+void Application::recoverFromReadState() {
+  saved.recoverFromReadState();
 }
 
 void Application::updateProblemNumbers() {

@@ -3,6 +3,10 @@
 #include "app/MainController.h"
 #include "app/state/Commands.h"
 #include "repairs/Automark.h"
+#include "repairs/MergeEngine.h"
+#include "repairs/MergeSupervisor.h"
+#include "repairs/PlaylistRepair.h"
+#include "repairs/SavedState.h"
 #include "scanners/DuplicateGroups.h"
 #include "scanners/DuplicateScanner.h"
 #include "scanners/InconNameController.h"
@@ -22,6 +26,10 @@ class Application : public Commands {
   AppState &state() { return main.appState(); }
   DuplicateGroups &duplicateGroups() { return groups; }
   Automark &automark() { return marks; }
+  PlaylistRepair &playlistRepair() { return playlists; }
+  MergeEngine &mergeEngine() { return merge; }
+  SavedState &savedState() { return saved; }
+  MergeSupervisor &mergeSupervisor() { return supervisor; }
   ProblemTables &problemTables() { return tables; }
   const InconNameController &inconNameController() const { return names; }
 
@@ -34,17 +42,26 @@ class Application : public Commands {
   void setStripesForDupesFromIndex(qint32 index) override;
   void doAutomark() override;
   void noteAppliedAutomarkValues() override;
+  void mergeMarkedDuplicates() override;
+  [[nodiscard]] bool readState() override;
+  void recoverFromReadState() override;
   void updateProblemNumbers() override;
   void revealPreferencesTab(const QString &identifier) override;
   void customTerminate() override;
   void quitNow() override;
 
  private:
+  MergeSupervisor::Rooms roomsOfMerge();
+
   MainController main;
   InconNameController names;
   DuplicateScanner duplicateScanner;
   InconsistentNameScanner nameScanner;
   DuplicateGroups groups;
   Automark marks;
+  PlaylistRepair playlists;
+  MergeEngine merge;
+  SavedState saved;
+  MergeSupervisor supervisor;
   ProblemTables tables;
 };

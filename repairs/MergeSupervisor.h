@@ -1,40 +1,81 @@
 #pragma once
 
 #include <QString>
+#include <functional>
+#include <vector>
 
+#include "app/state/ProblemView.h"
+#include "platform/MainLoop.h"
 #include "support/TaskGuard.h"
 
 struct AppState;
 class ApplicationWatch;
 class DuplicateGroups;
-class MergeEngine;
 class Operation;
-class PlaylistRepair;
 class SavedState;
 
 /// Watches a merge from the main thread: shows its progress, looks for a stall, ends the run, and turns what
-/// failed into a message or a new attempt.
+/// failed into a message or a new attempt. Its waits hold the main thread up by design, so that no command
+/// arrives while a run is torn down; workers that wait for the main thread are served meanwhile.
 class MergeSupervisor {
  public:
   /// What it speaks to; all outlive it.
   struct Rooms {
     AppState &state;
     Operation &operation;
-    MergeEngine &engine;
-    PlaylistRepair &playlists;
     SavedState &saved;
     DuplicateGroups &groups;
     ApplicationWatch &watch;
+    /// The merge's command, with its questions, and a run without them.
+    std::function<void()> mergeMarkedDuplicates;
+    std::function<void()> beginMergeMarkedDuplicates;
+    /// What a "broken:" text of the playlist repair tells.
+    std::function<Dictionary(const QString &)> playListReplaceErrorDictionary;
   };
-  explicit MergeSupervisor(const Rooms &theRooms) : rooms(theRooms) {}
+  explicit MergeSupervisor(Rooms theRooms) : rooms(std::move(theRooms)) {}
   MergeSupervisor(const MergeSupervisor &) = delete;
+  ~MergeSupervisor();
 
   /// One tick: at the start of a run and every half second until it has ended.
   void updateMergeMarkedDuplicatesProgress();
   /// The button of the sheet that tells of a file that could not be trashed.
   void dismissTrashFailureSheet();
 
+  /// Ends the process at once, with an exit code; what must be saved has been. Does not come back but in
+  /// tests.
+  std::function<void(int)> endProcess;
+
  private:
+  bool isEnding() const;
+  void serveWorkers(double seconds) const;
+
+  // The parts of a tick.
+  void showFinishedRows();
+  float stalledSeconds() const;
+  [[nodiscard]] bool resolveStall(float seconds);
+  void showRunning();
+  void endRun();
+
+  void startOverWithMusicApplication();
+  void replaceProcess();
+  void relaunchMusicApplication();
+  void quitBecause(const QString &keyStem);
+
+  void showCurrentTitle();
+  void showCurrentAction();
+
+  [[nodiscard]] bool waitForStep();
+  void removeTemporaryPlaylists();
+  [[nodiscard]] bool reportReason(const QString &reason, std::vector<Alert> &sheets);
+  Alert reactToBrokenPlaylist(const QString &reason);
+  void retry(const QString &reason);
+  void showSheets(std::vector<Alert> sheets);
+
   Rooms rooms;
+  QString lastTitleShown;
+  qint32 lastActionShown = 0;
+  /// The run in hand was given up so that the command can be given again: its end is not the merge's.
+  bool mergesAgain = false;
+  MainLoop::TimerID mergeAgainTimer = 0;
   TaskGuard tasks;
 };

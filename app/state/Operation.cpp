@@ -34,6 +34,7 @@ void Operation::abandon() {
 
 void Operation::start(const OperationPlan &plan) {
   ProblemView &view = state.view;
+  mMaximum = plan.maximum;
   view.setProgressMaximum(plan.maximum);
   view.setProgressText(plan.text);
   view.setProgressQuote(plan.quote);

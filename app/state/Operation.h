@@ -54,10 +54,13 @@ class Operation {
   /// Stops the updates of an operation that was interrupted from outside: its sheet and the busy flag stay.
   void stopTimer();
 
+  /// The indicator's full value, as the operation that began last has it.
+  double maximum() const { return mMaximum; }
   ProgressSheet &progressSheet() { return sheet; }
 
  private:
   AppState &state;
   ProgressSheet sheet;
   MainLoop::TimerID mUpdateProgressTimer = 0;
+  double mMaximum = 0.0;
 };

@@ -1,0 +1,87 @@
+#include "repairs/MergeReasons.h"
+
+#include <algorithm>
+
+#include "app/state/LocalizedAlert.h"
+#include "bridge/LocalizedMessage.h"
+#include "values/Keys.h"
+
+namespace {
+
+enum class Test { TracksAreMissing, BeginsWith, Equals, Contains, Always };
+
+struct Rule {
+  Test test;
+  QStringView text;
+  MergeReaction reaction;
+  /// The beginning of the keys of its texts.
+  QStringView alert;
+  /// How many characters of the reason the message leaves out.
+  qsizetype leftOut = 0;
+};
+
+// The order decides. Whatever the reason was, missing tracks are taken to be the cause.
+const Rule kRules[] = {
+    {Test::TracksAreMissing, u"", MergeReaction::Sheet, u"MergeFailWithMissingFiles"},
+    {Test::BeginsWith, u"broken:", MergeReaction::BrokenPlaylist, u"PlaylistBrokenSongsUnknown"},
+    {Test::Equals, u"trashError", MergeReaction::TrashFailure, u"TrashFailure"},
+    {Test::Contains, u"timed out", MergeReaction::Retry, u""},
+    {Test::BeginsWith, u"missingError:", MergeReaction::Sheet, u"MergeMissingError", 13},
+    {Test::BeginsWith, u"deleteError:", MergeReaction::Sheet, u"MergeDeleteError", 12},
+    {Test::Always, u"", MergeReaction::Sheet, u"PlaylistOtherError"},
+};
+
+bool applies(const Rule &rule, const QString &reason, bool tracksAreMissing) {
+  switch (rule.test) {
+    case Test::TracksAreMissing:
+      return tracksAreMissing;
+    case Test::BeginsWith:
+      return reason.startsWith(rule.text);
+    case Test::Equals:
+      return reason == rule.text;
+    case Test::Contains:
+      return reason.contains(rule.text);
+    case Test::Always:
+      break;
+  }
+  return true;
+}
+
+const Rule &ruleFor(const QString &reason, bool tracksAreMissing) {
+  return *std::find_if(std::begin(kRules), std::end(kRules),
+                       [&](const Rule &rule) { return applies(rule, reason, tracksAreMissing); });
+}
+
+Alert alertWithMessage(QStringView keyStem, const QString &message) {
+  const QString stem = keyStem.toString();
+  return localizedAlert(stem + QStringLiteral("Title"), message, {stem + QStringLiteral("Button")}, true);
+}
+
+/// The texts as lines; of 11 or more the first nine and a sign that there are others.
+QString linesOf(const Array &texts) {
+  constexpr qsizetype kMost = 10;
+  QStringList lines;
+  for (const Value &text : texts) lines.append(text.toText());
+  if (lines.size() > kMost) lines = lines.first(kMost - 1) << QStringLiteral("...");
+  return lines.isEmpty() ? localizedMessage(QStringLiteral("Unknown")) : lines.join(u'\n');
+}
+
+}  // namespace
+
+MergeReaction reactionToReason(const QString &reason, bool tracksAreMissing) {
+  return ruleFor(reason, tracksAreMissing).reaction;
+}
+
+Alert alertAboutReason(const QString &reason, bool tracksAreMissing) {
+  const Rule &rule = ruleFor(reason, tracksAreMissing);
+  const QString messageKey = rule.alert.toString() + QStringLiteral("Message");
+  return alertWithMessage(rule.alert, localizedMessage(messageKey, reason.mid(rule.leftOut)));
+}
+
+Alert alertAboutBrokenPlaylist(const Dictionary &details) {
+  const QString playlists = linesOf(details.value(keys::playlists).toArray());
+  const QString songs = linesOf(details.value(keys::tracksummaries).toArray());
+  return alertWithMessage(
+      u"PlaylistBrokenSongsUnknown",
+      localizedMessage(QStringLiteral("PlaylistBrokenSongsUnknownMessage"), playlists, songs));
+}
