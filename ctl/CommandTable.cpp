@@ -11,6 +11,7 @@
 #include "ctl/LibraryLoadCommand.h"
 #include "ctl/LibraryTracksCommand.h"
 #include "ctl/MarksCommand.h"
+#include "ctl/MergeCommand.h"
 #include "ctl/NamesCommand.h"
 #include "ctl/PrefsCommand.h"
 #include "ctl/ScanCommand.h"
@@ -32,6 +33,7 @@ bool asksForHelp(const QString &argument) {
 CommandTable::CommandTable() {
   commands.push_back(std::make_unique<ScanCommand>());
   commands.push_back(std::make_unique<MarksCommand>());
+  commands.push_back(std::make_unique<MergeCommand>());
   commands.push_back(std::make_unique<NamesCommand>());
   commands.push_back(std::make_unique<IgnoreCommand>());
   commands.push_back(std::make_unique<IgnoredCommand>());

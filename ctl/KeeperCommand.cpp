@@ -3,16 +3,15 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <chrono>
-#include <thread>
 
 #include "ctl/JsonWriter.h"
+#include "ctl/KeeperProcess.h"
 #include "ctl/KeeperSettingsTable.h"
 #include "ctl/Options.h"
 #include "platform/Platform.h"
 #include "platform/keeper/KeeperConnection.h"
 #include "platform/keeper/KeeperLauncher.h"
 #include "platform/keeper/KeeperLock.h"
-#include "platform/keeper/KeeperScriptHost.h"
 #include "platform/keeper/KeeperStatus.h"
 
 using namespace keeperProtocol;
@@ -21,8 +20,6 @@ using namespace std::chrono_literals;
 namespace {
 
 const QString kMap = QStringLiteral("--map"), kJson = QStringLiteral("--json");
-/// How long a launched keeper may take until it answers.
-constexpr auto kStartLimit = 30s;
 
 int reported(const QString &message, Terminal &terminal) {
   terminal.say(message);
@@ -86,8 +83,10 @@ int KeeperCommand::run(const QStringList &arguments, Terminal &terminal) {
     return count < 3 ? keepersettings::show(first, terminal)
                      : keepersettings::change(first, options.operands()[2], terminal);
   if (verb == u"status" && count == 1) return status(options.has(kJson), terminal);
-  if (verb == u"start" && count == 1) return start(terminal);
-  if (verb == u"stop" && count == 1) return stop(terminal);
+  if (verb == u"start" && count == 1)
+    return KeeperProcess().start(terminal) ? exitcode::kDone : exitcode::kReported;
+  if (verb == u"stop" && count == 1)
+    return KeeperProcess().stop(terminal) ? exitcode::kDone : exitcode::kReported;
   if (verb == u"import" && count == 2) return importFile(first, options.values(kMap), terminal);
   if (verb == u"export" && count == 2) return exportFile(first, terminal);
   return wrongUse(QStringLiteral("say what to do with Music Keeper"), terminal);
@@ -110,37 +109,6 @@ int KeeperCommand::status(bool asJson, Terminal &terminal) const {
     if (status->playing) terminal.print(QStringLiteral("Playing"));
   }
   return status ? exitcode::kDone : exitcode::kReported;
-}
-
-int KeeperCommand::start(Terminal &terminal) const {
-  if (statusOfKeeper(place, 3s)) return exitcode::kDone;
-  const KeeperLauncher launcher(KeeperLauncher::standardProgram());
-  const std::unique_ptr<ProcessHandle> launched = launcher.launch();
-  if (!launched)
-    return reported(QStringLiteral("Music Keeper is not installed beside this program"), terminal);
-  const auto begin = std::chrono::steady_clock::now();
-  while (!launched->hasEnded() || KeeperLock::holder(place.lock())) {
-    if (statusOfKeeper(place, 1s)) return exitcode::kDone;
-    if (std::chrono::steady_clock::now() - begin > kStartLimit)
-      return reported(QStringLiteral("Music Keeper runs but does not answer"), terminal);
-    std::this_thread::sleep_for(20ms);
-  }
-  return reported(QStringLiteral("Music Keeper ended as soon as it was started; its log tells why"),
-                  terminal);
-}
-
-int KeeperCommand::stop(Terminal &terminal) const {
-  const std::optional<qint64> holder = KeeperLock::holder(place.lock());
-  if (!holder) return reported(QStringLiteral("Music Keeper does not run"), terminal);
-  const ProcessHandle process(*holder);
-  const ScriptOutcome outcome =
-      KeeperScriptHost(place, std::nullopt).run(QStringLiteral("tell application \"Music Keeper\" to quit"));
-  // It may have been ending already.
-  const bool wasEnding = outcome.failure && (outcome.failure->number == kNotRunning ||
-                                             outcome.failure->number == kConnectionInvalid);
-  if (outcome.failure && !wasEnding) return tell(outcome, terminal);
-  while (!process.hasEnded()) std::this_thread::sleep_for(20ms);
-  return exitcode::kDone;
 }
 
 int KeeperCommand::importFile(const QString &file, const QStringList &mapping, Terminal &terminal) const {

@@ -24,8 +24,6 @@ class KeeperCommand : public Command {
 
  private:
   int status(bool asJson, Terminal &terminal) const;
-  int start(Terminal &terminal) const;
-  int stop(Terminal &terminal) const;
   int importFile(const QString &file, const QStringList &mapping, Terminal &terminal) const;
   int exportFile(const QString &file, Terminal &terminal) const;
   /// Has the keeper that serves do it, or a keeper that is started for it alone.

@@ -20,13 +20,25 @@ bool isOnlyAWarning(const Alert &alert) {
 int TerminalView::runAlert(const Alert &alert) {
   bar.clear();
   if (isToldByReport(alert)) return 0;
-  failed = failed || (alert.critical && !isOnlyAWarning(alert));
   lines.say(printable(alert.title));
   for (const QString &line : alert.message.split(u'\n', Qt::SkipEmptyParts))
     lines.err << "  " << printable(line).toStdString() << '\n';
   lines.err.flush();
-  // The last button is the one that changes nothing.
-  return int(alert.buttons.size()) - 1;
+  if (alert.buttons.size() > 1 && onQuestion) {
+    if (const std::optional<int> answer = onQuestion(alert)) return *answer;
+  }
+  failed = failed || (alert.critical && !isOnlyAWarning(alert));
+  return alert.safeButton >= 0 ? alert.safeButton : int(alert.buttons.size()) - 1;
+}
+
+void TerminalView::beginMerge() {
+  merging = true;
+  bar.setSubText({});
+}
+
+void TerminalView::setProgressSubText(const QString &text) {
+  const bool isStep = merging && text != localizedMessage(QStringLiteral("Canceling"));
+  bar.setSubText(isStep ? QString() : text);
 }
 
 void TerminalView::beginSheet(const Alert &alert, std::function<void(int)> done) {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "app/state/ProblemView.h"
 #include "ctl/ProgressBar.h"
 
 /// The view of the terminal program: alerts become lines on standard error and get the answer that changes
-/// nothing, progress becomes a bar if a person watches. Main thread.
+/// nothing, unless a person is asked; progress becomes a bar if a person watches. Main thread.
 class TerminalView : public ProblemView {
  public:
   explicit TerminalView(Terminal &terminal) : lines(terminal), bar(terminal) {}
@@ -15,11 +16,17 @@ class TerminalView : public ProblemView {
   bool isOver() const { return over; }
   /// A critical alert was shown: the load or the scan failed.
   bool hasFailed() const { return failed; }
+  /// A merge has begun and ended.
+  bool isMergeOver() const { return mergeOver; }
   /// The user wants an end: cancels now, or as soon as what runs can be cancelled.
   void interrupt();
   bool isInterrupted() const { return interrupted; }
   /// What cancels the current operation.
   std::function<void()> onCancel;
+  /// Answers a question with the index of a button where somebody can; without an answer nothing is changed.
+  std::function<std::optional<int>(const Alert &)> onQuestion;
+  /// From here on the bar tells of a merge: which song is worked on, rather than the step.
+  void beginMerge();
 
   int runAlert(const Alert &alert) override;
   void beginSheet(const Alert &alert, std::function<void(int)> done) override;
@@ -32,7 +39,7 @@ class TerminalView : public ProblemView {
   void endProgressSheet() override;
   void setProgressText(const QString &text) override { bar.setText(text); }
   void setProgressQuote(const QString &) override {}
-  void setProgressSubText(const QString &text) override { bar.setSubText(text); }
+  void setProgressSubText(const QString &text) override;
   void setProgressIndeterminate(bool indeterminate) override { bar.setIndeterminate(indeterminate); }
   void setProgressMaximum(double maximum) override { bar.setMaximum(maximum); }
   void setProgressValue(double value) override { bar.setValue(value); }
@@ -59,6 +66,7 @@ class TerminalView : public ProblemView {
 
   void libraryDidLoad(qsizetype tracks) override { over = tracks == 0; }
   void scanDidEnd() override { over = true; }
+  void mergeDidEnd() override { mergeOver = true; }
 
  private:
   Terminal &lines;
@@ -69,5 +77,7 @@ class TerminalView : public ProblemView {
   bool interrupted = false;
   bool over = false;
   bool failed = false;
+  bool merging = false;
+  bool mergeOver = false;
   bool warnsUnresponsive = false;
 };

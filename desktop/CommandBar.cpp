@@ -35,12 +35,17 @@ void CommandBar::setText(const QString &text) {
   label->setText(text);
 }
 
-void CommandBar::addButton(QAction *action) {
+QPushButton *CommandBar::buttonFor(QAction *action) {
   auto *button = new QPushButton;
   button->setObjectName(QStringLiteral("button-") + action->objectName());
   follow(button, action);
   connect(button, &QPushButton::clicked, action, &QAction::trigger);
   connect(action, &QAction::changed, button, [button, action] { follow(button, action); });
+  return button;
+}
+
+void CommandBar::addButton(QAction *action) {
+  QPushButton *button = buttonFor(action);
   row->addWidget(button);
   buttons.push_back(button);
   setMinimumHeight(button->sizeHint().height() + 12);

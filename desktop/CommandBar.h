@@ -16,6 +16,8 @@ class CommandBar : public QWidget {
   void setText(const QString &text);
   /// Adds a button that does, shows and can be pressed as the command.
   void addButton(QAction *action);
+  /// A button that does, shows and can be pressed as the command.
+  static QPushButton *buttonFor(QAction *action);
   void setButtonsVisible(bool visible);
 
  protected:

@@ -11,6 +11,7 @@
 #include "desktop/ExplainSheet.h"
 #include "desktop/LibraryPreferences.h"
 #include "desktop/MarkPreferences.h"
+#include "desktop/MergeSummarySheet.h"
 #include "desktop/PreferencesWindow.h"
 #include "desktop/ProblemWindow.h"
 #include "desktop/ProgressPanel.h"
@@ -18,6 +19,7 @@
 #include "program/Application.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
+#include "ui/MarkedGroups.h"
 
 DesktopView::DesktopView() = default;
 
@@ -75,6 +77,7 @@ WindowActions DesktopView::makeActions() {
   actions.automark = unlessBusy([this] { application->automark().doAutomark(); });
   actions.unmark = unlessBusy([this] { application->automark().doUnmark(); });
   actions.notDuplicates = unlessBusy([this] { application->duplicateGroups().ignoreSelectedDuplicates(); });
+  addMergeActions(actions);
   actions.updatePriorities = [this] { application->controller().prefsController().updatePriorities(); };
   actions.storePriorities = [this](const QStringList &priorities) {
     application->controller().prefsController().infoPriorityChanged(priorities);
@@ -84,6 +87,22 @@ WindowActions DesktopView::makeActions() {
     if (application) application->controller().applicationDidChangeFocus();
   };
   return actions;
+}
+
+void DesktopView::addMergeActions(WindowActions &actions) {
+  actions.merge = [this] {
+    if (hasSheet()) return beep();
+    window->hideMergeNote();
+    application->mergeMarkedDuplicates();
+  };
+  actions.changedUnkeptPolicy = [this] { application->mergeEngine().changedMergeDupeUnkeptAction(); };
+  actions.chooseUnkeptFolder = [this] {
+    if (hasSheet()) return beep();
+    const QString folder = chooseFolder(localizedMessage(QStringLiteral("ChooseUnkeptDirMessage")),
+                                        prefs::text(prefs::unkeptPath));
+    if (!folder.isEmpty()) application->mergeEngine().chooseUnkeptPanelDidEnd(folder);
+    window->validate();
+  };
 }
 
 void DesktopView::showAbout() {
@@ -112,7 +131,9 @@ SheetDialog *DesktopView::makeSheet(const Alert &alert) {
   sheet->setTitle(alert.title);
   sheet->setText(alert.message);
   for (int i = 0; i < alert.buttons.size(); ++i) sheet->addButton(alert.buttons[i], i);
-  sheet->setEscapeIndex(alert.buttons.size() > 1 ? 1 : 0);
+  const int last = int(alert.buttons.size()) - 1;
+  sheet->setEscapeIndex(alert.safeButton >= 0 ? alert.safeButton : qMin(last, 1));
+  if (!alert.suppression.isEmpty()) sheet->addSuppression(alert.suppression, alert.suppressionPreference);
   keep(sheet);
   return sheet;
 }
@@ -127,7 +148,7 @@ void DesktopView::keep(SheetDialog *sheet) {
 
 int DesktopView::runAlert(const Alert &alert) {
   QPointer<SheetDialog> sheet = makeSheet(alert);
-  int answer = alert.buttons.size() > 1 ? 1 : 0;
+  int answer = alert.safeButton >= 0 ? alert.safeButton : alert.buttons.size() > 1 ? 1 : 0;
   QEventLoop loop;
   sheet->onChosen = [&answer](int index) { answer = index; };
   QObject::connect(sheet, &QDialog::finished, &loop, &QEventLoop::quit);
@@ -180,10 +201,11 @@ void DesktopView::beginProgressSheet() {
 }
 void DesktopView::endProgressSheet() {
   progress->hide();
+  progress->setLow(false);
   window->validate();
 }
 void DesktopView::setProgressText(const QString &text) {
-  progress->setTitle(text);
+  progress->setOneLineTitle(text);
 }
 void DesktopView::setProgressQuote(const QString &text) {
   progress->setQuote(text);
@@ -206,6 +228,7 @@ void DesktopView::setCancelEnabled(bool enabled) {
 
 void DesktopView::reloadTable(ProblemTab tab) {
   window->reloadTable(tab);
+  if (tab == ProblemTab::Duplicates) followMerge();
 }
 void DesktopView::reloadRows(ProblemTab tab, qsizetype first, qsizetype end) {
   window->reloadRows(tab, first, end);
@@ -218,6 +241,7 @@ void DesktopView::rememberSelection() {
 }
 void DesktopView::restoreSelection() {
   window->restoreSelection();
+  followMerge();
 }
 std::vector<Dictionary> DesktopView::selectedRows(ProblemTab tab) const {
   return window->page(tab).table().selection();
@@ -268,6 +292,23 @@ void DesktopView::setSettingsNoteVisible(int group, bool visible) {
   preferences->setSettingsNoteVisible(group, visible);
 }
 
+void DesktopView::scrollToTop(ProblemTab tab, qsizetype row) {
+  window->scrollToTop(tab, row);
+  progress->setLow(window->heightAbove(tab, row) < window->height() / 2);
+  isFollowing = true;
+}
+
+void DesktopView::followMerge() {
+  if (!isFollowing) return;
+  const Array &rows = std::as_const(application->state().lists).mDuplicateSongDicts;
+  std::optional<qsizetype> first;
+  {
+    std::lock_guard held(*application->state().threadLockForObject(rows));
+    first = MarkedGroups::firstOf(rows);
+  }
+  if (first) scrollToTop(ProblemTab::Duplicates, *first);
+}
+
 QString DesktopView::chooseFolder(const QString &message, const QString &startPath) {
   QWidget *host = preferences->isActiveWindow() ? static_cast<QWidget *>(preferences.get()) : window.get();
   return QFileDialog::getExistingDirectory(host, message, startPath);
@@ -278,5 +319,21 @@ void DesktopView::scanDidEnd() {
 }
 
 void DesktopView::libraryDidLoad(qsizetype) {
+  window->hideMergeNote();
   window->validate();
+}
+
+void DesktopView::mergeDidEnd() {
+  isFollowing = false;
+  const MergeSummary summary(application->state().merge.report.contents());
+  if (!summary.isEmpty()) window->showMergeNote(summary.headline(), [this] { showMergeDetails(); });
+  window->validate();
+}
+
+void DesktopView::showMergeDetails() {
+  if (hasSheet()) return beep();
+  auto *sheet =
+      new MergeSummarySheet(window.get(), MergeSummary(application->state().merge.report.contents()));
+  keep(sheet);
+  begin(sheet);
 }

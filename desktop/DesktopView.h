@@ -64,12 +64,18 @@ class DesktopView : public ProblemView {
   void setLibraryPaths(const QString &libraryFolder, const QString &mediaFolder) override;
   void setLibrarySongCount(const QString &text) override;
   void setSettingsNoteVisible(int group, bool visible) override;
+  void scrollToTop(ProblemTab tab, qsizetype row) override;
   QString chooseFolder(const QString &message, const QString &startPath) override;
   void libraryDidLoad(qsizetype tracks) override;
+  void mergeDidEnd() override;
   void scanDidEnd() override;
 
  private:
   WindowActions makeActions();
+  void addMergeActions(WindowActions &actions);
+  /// While a merge runs, the group that is worked on stays the topmost one.
+  void followMerge();
+  void showMergeDetails();
   void showAbout();
   /// The sheet for an alert, not begun yet; it deletes itself when it has ended.
   SheetDialog *makeSheet(const Alert &alert);
@@ -85,4 +91,5 @@ class DesktopView : public ProblemView {
   std::unique_ptr<PreferencesWindow> preferences;
   std::unique_ptr<ProgressPanel> progress;
   std::vector<QPointer<SheetDialog>> sheets;
+  bool isFollowing = false;
 };

@@ -22,8 +22,9 @@ DuplicateCommands::DuplicateCommands(DuplicateTable &duplicateTable, const Windo
       markAudio(addMark(QStringLiteral("MarkAudio"), Qt::Key_A, {keys::markAudio})),
       markBoth(addMark(QStringLiteral("MarkBoth"), Qt::Key_Space, {keys::markInfo, keys::markAudio})),
       notDuplicates(
-          add(QStringLiteral("NotDuplicates"), QKeySequence(Qt::CTRL | Qt::Key_D), actions.notDuplicates)) {
-  for (QAction *action : buttonActions()) {
+          add(QStringLiteral("NotDuplicates"), QKeySequence(Qt::CTRL | Qt::Key_D), actions.notDuplicates)),
+      merge(add(QStringLiteral("Merge"), QKeySequence(Qt::CTRL | Qt::Key_Return), actions.merge)) {
+  for (QAction *action : {automark, unmark, notDuplicates, merge}) {
     action->setToolTip(text(action->objectName() + QStringLiteral("ToolTip")));
   }
 }
@@ -50,6 +51,8 @@ void DuplicateCommands::fillMenu(QMenu &menu) const {
   menu.addActions({markInformation, markAudio, markBoth});
   menu.addSeparator();
   menu.addAction(notDuplicates);
+  menu.addSeparator();
+  menu.addAction(merge);
 }
 
 void DuplicateCommands::fillContextMenu(QMenu &menu, int row) const {
@@ -68,6 +71,7 @@ void DuplicateCommands::update(const ProblemUIStates &states, bool isShown) {
   automark->setEnabled(isShown && states.automark);
   unmark->setEnabled(isShown && states.unmark);
   notDuplicates->setEnabled(isShown && states.ignore);
+  merge->setEnabled(isShown && states.merge);
   const bool hasRow = isShown && states.automark && table.currentIndex().isValid();
   for (QAction *action : {markInformation, markAudio, markBoth}) action->setEnabled(hasRow);
 }

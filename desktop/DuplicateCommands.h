@@ -21,6 +21,8 @@ class DuplicateCommands {
   void fillContextMenu(QMenu &menu, int row) const;
   /// The commands that have buttons.
   std::vector<QAction *> buttonActions() const { return {automark, unmark, notDuplicates}; }
+  /// The command that merges, which has a button of its own.
+  QAction *mergeAction() const { return merge; }
   /// Sets enabled states and titles anew; all are off while another tab is shown.
   void update(const ProblemUIStates &states, bool isShown);
 
@@ -35,4 +37,5 @@ class DuplicateCommands {
   QAction *markAudio;
   QAction *markBoth;
   QAction *notDuplicates;
+  QAction *merge;
 };

@@ -14,11 +14,16 @@ NoteStrip::NoteStrip(const QString &text) : label(new QLabel(text)) {
   row->addWidget(label, 1);
 }
 
-void NoteStrip::setButton(const QString &text, std::function<void()> pressed) {
-  button = new QPushButton(text);
+void NoteStrip::setText(const QString &text) {
+  label->setText(text);
+}
+
+QPushButton *NoteStrip::addButton(const QString &text, std::function<void()> pressed) {
+  auto *button = new QPushButton(text);
   button->setAutoDefault(false);
   connect(button, &QPushButton::clicked, this, std::move(pressed));
   layout()->addWidget(button);
+  return button;
 }
 
 void NoteStrip::paintEvent(QPaintEvent *) {

@@ -24,7 +24,7 @@ void PreferencesPage::addNote(const QString &textKey, const QString &buttonKey,
   layoutColumn->addStretch();
   note = new NoteStrip(localizedMessage(textKey));
   note->setObjectName(textKey);
-  note->setButton(localizedMessage(buttonKey), pressed);
+  note->addButton(localizedMessage(buttonKey), pressed);
   QSizePolicy policy = note->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
   note->setSizePolicy(policy);

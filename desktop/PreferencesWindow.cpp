@@ -10,6 +10,7 @@
 #include "desktop/FrameText.h"
 #include "desktop/LibraryPreferences.h"
 #include "desktop/MarkPreferences.h"
+#include "desktop/MergePreferences.h"
 #include "desktop/NamePreferences.h"
 #include "support/Preferences.h"
 
@@ -19,13 +20,15 @@ PreferencesWindow::PreferencesWindow(WindowActions windowActions)
       libraryPage(new LibraryPreferences(actions)),
       duplicatePage(new DuplicatePreferences(actions)),
       markPage(new MarkPreferences(actions)),
-      namePage(new NamePreferences(actions)) {
+      namePage(new NamePreferences(actions)),
+      mergePage(new MergePreferences) {
   setWindowTitle(localizedMessage(QStringLiteral("Prefs-Title")));
   setMinimumWidth(600);
   tabs->addTab(libraryPage, localizedMessage(QStringLiteral("Prefs-Tab-library")));
   tabs->addTab(duplicatePage, localizedMessage(QStringLiteral("Prefs-Tab-dupe")));
   tabs->addTab(markPage, localizedMessage(QStringLiteral("Prefs-Tab-marks")));
   tabs->addTab(namePage, localizedMessage(QStringLiteral("Prefs-Tab-names")));
+  tabs->addTab(mergePage, localizedMessage(QStringLiteral("Prefs-Tab-merge")));
   auto *reset = new QPushButton(localizedMessage(QStringLiteral("Prefs-ResetToDefaults")));
   reset->setObjectName(QStringLiteral("resetToDefaults"));
   reset->setToolTip(localizedMessage(QStringLiteral("Prefs-ResetToDefaultsToolTip")));
@@ -48,7 +51,8 @@ PreferencesWindow::PreferencesWindow(WindowActions windowActions)
 
 void PreferencesWindow::reveal(const QString &tabIdentifier, const QWidget *near) {
   static const QStringList identifiers{QStringLiteral("library"), QStringLiteral("dupe"),
-                                       QStringLiteral("marks"), QStringLiteral("names")};
+                                       QStringLiteral("marks"), QStringLiteral("names"),
+                                       QStringLiteral("merge")};
   const qsizetype index = identifiers.indexOf(tabIdentifier);
   if (index >= 0) tabs->setCurrentIndex(int(index));
   refresh();
@@ -73,6 +77,7 @@ void PreferencesWindow::refresh() {
   duplicatePage->refresh();
   markPage->refresh();
   namePage->refresh();
+  mergePage->refresh();
 }
 
 void PreferencesWindow::setSettingsNoteVisible(int group, bool visible) {

@@ -7,12 +7,13 @@
 class DuplicatePreferences;
 class LibraryPreferences;
 class MarkPreferences;
+class MergePreferences;
 class NamePreferences;
 class PreferencesPage;
 class QTabWidget;
 
-/// The preferences window with its tabs "library", "dupe", "marks" and "names". Each change is stored at
-/// once.
+/// The preferences window with its tabs "library", "dupe", "marks", "names" and "merge". Each change is
+/// stored at once.
 class PreferencesWindow : public QDialog {
  public:
   explicit PreferencesWindow(WindowActions windowActions);
@@ -41,5 +42,6 @@ class PreferencesWindow : public QDialog {
   DuplicatePreferences *duplicatePage;
   MarkPreferences *markPage;
   NamePreferences *namePage;
+  MergePreferences *mergePage;
   bool wasShown = false;
 };

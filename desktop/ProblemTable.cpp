@@ -116,6 +116,12 @@ void ProblemTable::reload() {
   noteTopRow();
 }
 
+void ProblemTable::scrollToTop(int row) {
+  executeDelayedItemsLayout();
+  updateGeometries();
+  verticalScrollBar()->setValue(row * rowHeightInPixels());
+}
+
 int ProblemTable::rowHeightInPixels() const {
   return rowModel.rowCount() > 0 ? rowHeight(rowModel.index(0, 0)) : 1;
 }

@@ -29,6 +29,9 @@ class ProblemTable : public QTreeView {
   /// The selected rows as lines of texts separated by tabs, columns in the order shown.
   QString selectedText() const;
 
+  /// Scrolls so that a row is the topmost one, as far as there are rows.
+  void scrollToTop(int row);
+
   std::function<void()> onSelectionChanged;
   /// Fills the menu for a row that was clicked with the right button, or that the menu key was pressed for.
   std::function<void(QMenu &menu, int row)> onContextMenu;

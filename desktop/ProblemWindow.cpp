@@ -11,6 +11,7 @@
 #include "desktop/DuplicateCommands.h"
 #include "desktop/DuplicateTable.h"
 #include "desktop/FrameText.h"
+#include "desktop/MergeBar.h"
 #include "desktop/NameCommands.h"
 #include "desktop/NameTable.h"
 #include "desktop/NoteStrip.h"
@@ -34,6 +35,7 @@ ProblemWindow::ProblemWindow(AppState &appState, ProblemTables &problemTables, W
       actions(std::move(windowActions)),
       toolbar(new ProblemToolbar(actions)),
       phoneticWarning(new NoteStrip(localizedMessage(QStringLiteral("PhoneticWarning")))),
+      mergeNote(new NoteStrip({})),
       stack(new QStackedWidget),
       bar(new CommandBar) {
   setWindowTitle(QStringLiteral("Tallyfen"));
@@ -44,10 +46,12 @@ ProblemWindow::ProblemWindow(AppState &appState, ProblemTables &problemTables, W
   column->setSpacing(0);
   column->addWidget(toolbar);
   column->addWidget(phoneticWarning);
+  column->addWidget(mergeNote);
   column->addWidget(stack, 1);
   column->addWidget(bar);
   phoneticWarning->hide();
   setUpPages();
+  setUpMerge(*column);
   setCentralWidget(central);
   toolbar->onTabClicked = [this](ProblemTab tab) { selectTab(tab); };
   setUpMenus();
@@ -80,6 +84,21 @@ void ProblemWindow::setUpPages() {
     finishContextMenu(menu);
   };
   for (QAction *action : duplicateCommands->buttonActions()) bar->addButton(action);
+}
+
+void ProblemWindow::setUpMerge(QVBoxLayout &column) {
+  mergeBar = new MergeBar(actions, duplicateCommands->mergeAction());
+  column.addWidget(mergeBar);
+  mergeNote->setObjectName(QStringLiteral("mergeNote"));
+  mergeNote->hide();
+  const auto button = [this](const char *key, std::function<void()> pressed) {
+    mergeNote->addButton(localizedMessage(QLatin1String(key)), std::move(pressed))
+        ->setObjectName(QLatin1String(key));
+  };
+  button("MergeSummary-Details", [this] {
+    if (showMergeDetails) showMergeDetails();
+  });
+  button("MergeSummary-Dismiss", [this] { hideMergeNote(); });
 }
 
 void ProblemWindow::finishContextMenu(QMenu &menu) const {
@@ -200,6 +219,8 @@ void ProblemWindow::validate(bool marksAreUnchanged) {
   duplicateCommands->update(tables.validateProblemUI(marksAreUnchanged), showsDuplicates);
   nameCommands->update(currentTab() == ProblemTab::Names);
   bar->setButtonsVisible(showsDuplicates && hasRows);
+  mergeBar->setVisible(showsDuplicates && hasRows);
+  mergeBar->refresh();
   phoneticWarning->setVisible(phoneticWarningWanted && currentTab() == ProblemTab::Names);
   updateStatus();
 }
@@ -207,6 +228,27 @@ void ProblemWindow::validate(bool marksAreUnchanged) {
 void ProblemWindow::setPhoneticWarningVisible(bool visible) {
   phoneticWarningWanted = visible;
   validate();
+}
+
+void ProblemWindow::scrollToTop(ProblemTab tab, qsizetype row) {
+  page(tab).table().scrollToTop(int(row));
+}
+
+int ProblemWindow::heightAbove(ProblemTab tab, qsizetype row) {
+  ProblemTable &table = page(tab).table();
+  const QRect place = table.visualRect(table.model()->index(int(row), 0));
+  return table.viewport()->mapTo(this, place.topLeft()).y();
+}
+
+void ProblemWindow::showMergeNote(const QString &headline, std::function<void()> showDetails) {
+  mergeNote->setText(headline);
+  showMergeDetails = std::move(showDetails);
+  mergeNote->show();
+}
+
+void ProblemWindow::hideMergeNote() {
+  mergeNote->hide();
+  showMergeDetails = {};
 }
 
 void ProblemWindow::updateStatus() {
@@ -231,6 +273,10 @@ void ProblemWindow::restorePlace() {
 
 int ProblemWindow::sheetTop() const {
   return toolbar->mapTo(this, QPoint(0, toolbar->height())).y();
+}
+
+int ProblemWindow::sheetBottom() const {
+  return stack->mapTo(this, QPoint(0, stack->height())).y();
 }
 
 void ProblemWindow::closeEvent(QCloseEvent *event) {

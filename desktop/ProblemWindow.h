@@ -6,10 +6,12 @@
 
 class CommandBar;
 class DuplicateCommands;
+class MergeBar;
 class NameCommands;
 class NoteStrip;
 class ProblemToolbar;
 class QMenu;
+class QVBoxLayout;
 
 /// The main window: the toolbar, a page for each kind of problem, and the menus.
 class ProblemWindow : public QMainWindow {
@@ -29,11 +31,20 @@ class ProblemWindow : public QMainWindow {
   /// Sets labels and enabled states anew. `marksAreUnchanged`: no mark has changed since the last time.
   void validate(bool marksAreUnchanged = false);
   void setPhoneticWarningVisible(bool visible);
+  /// Scrolls a table so that a row is the topmost one, as far as there are rows.
+  void scrollToTop(ProblemTab tab, qsizetype row);
+  /// How many pixels the row is below the window's upper edge.
+  int heightAbove(ProblemTab tab, qsizetype row);
+  /// Shows in one line over the tables what a merge did; `showDetails` runs when the user asks for more.
+  void showMergeNote(const QString &headline, std::function<void()> showDetails);
+  void hideMergeNote();
 
   /// The frame as the preferences keep it.
   QString placeText() const;
   /// Where sheets begin, in the window's coordinates.
   int sheetTop() const;
+  /// Where sheets end that hang at the lower edge.
+  int sheetBottom() const;
 
  protected:
   void closeEvent(QCloseEvent *event) override;
@@ -41,6 +52,7 @@ class ProblemWindow : public QMainWindow {
 
  private:
   void setUpPages();
+  void setUpMerge(QVBoxLayout &column);
   void setUpMenus();
   void setUpFileMenu();
   void setUpEditMenu();
@@ -58,11 +70,14 @@ class ProblemWindow : public QMainWindow {
   const WindowActions actions;
   ProblemToolbar *toolbar;
   NoteStrip *phoneticWarning;
+  NoteStrip *mergeNote;
   QStackedWidget *stack;
   ProblemPage *pages[kProblemTabCount];
   std::unique_ptr<DuplicateCommands> duplicateCommands;
   std::unique_ptr<NameCommands> nameCommands;
   CommandBar *bar;
+  MergeBar *mergeBar = nullptr;
+  std::function<void()> showMergeDetails;
   QAction *rescanAction = nullptr;
   QAction *copyAction = nullptr;
   QAction *selectAllAction = nullptr;

@@ -8,6 +8,7 @@
 #include "bridge/LocalizedMessage.h"
 #include "desktop/Icons.h"
 #include "desktop/NoteStrip.h"
+#include "desktop/ProblemWindow.h"
 #include "desktop/SecondaryLabel.h"
 
 namespace {
@@ -58,12 +59,13 @@ void ProgressPanel::setIndeterminate(bool indeterminate) {
 }
 
 void ProgressPanel::setMaximum(double newMaximum) {
+  if (newMaximum != maximum) value = 0.0;
   maximum = newMaximum;
   updateBar();
 }
 
 void ProgressPanel::setValue(double newValue) {
-  value = newValue;
+  value = newValue == 0.0 ? 0.0 : qMax(value, newValue);
   updateBar();
 }
 
@@ -81,6 +83,22 @@ void ProgressPanel::setWarningVisible(bool visible) {
   if (warning->isHidden() != visible) return;
   warning->setVisible(visible);
   adjustSize();
+}
+
+void ProgressPanel::setOneLineTitle(const QString &newTitle) {
+  setTitle(titleMetrics().elidedText(newTitle.simplified(), Qt::ElideMiddle, kTextWidth));
+}
+
+void ProgressPanel::setLow(bool low) {
+  if (hangsLow == low) return;
+  hangsLow = low;
+  if (isVisible()) place();
+}
+
+int ProgressPanel::topOn(const QWidget &host) const {
+  const auto *window = dynamic_cast<const ProblemWindow *>(&host);
+  return hangsLow && window ? qMax(window->sheetTop(), window->sheetBottom() - height())
+                            : SheetDialog::topOn(host);
 }
 
 void ProgressPanel::reject() {

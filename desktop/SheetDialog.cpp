@@ -1,5 +1,6 @@
 #include "desktop/SheetDialog.h"
 
+#include <QCheckBox>
 #include <QEvent>
 #include <QLabel>
 #include <QPainter>
@@ -8,6 +9,7 @@
 
 #include "desktop/Colours.h"
 #include "desktop/ProblemWindow.h"
+#include "support/Preferences.h"
 
 namespace {
 constexpr int kPictureSide = 48;
@@ -66,6 +68,10 @@ void SheetDialog::setText(const QString &newText) {
   text->setVisible(!newText.isEmpty());
 }
 
+QFontMetrics SheetDialog::titleMetrics() const {
+  return title->fontMetrics();
+}
+
 QPushButton *SheetDialog::addButton(const QString &label, int index) {
   auto *button = new QPushButton(label);
   button->setMinimumWidth(92);
@@ -84,7 +90,19 @@ void SheetDialog::begin() {
   raise();
 }
 
+void SheetDialog::addSuppression(const QString &words, const QString &preference) {
+  suppression = new QCheckBox(words);
+  suppression->setObjectName(preference);
+  suppression->setChecked(prefs::isTrue(preference));
+  column->addSpacing(4);
+  column->addWidget(suppression);
+}
+
 void SheetDialog::choose(int index) {
+  if (suppression && index != escapeIndex) {
+    const QString preference = suppression->objectName();
+    suppression->isChecked() ? prefs::set(preference, true) : prefs::remove(preference);
+  }
   const auto answer = std::move(onChosen);
   dismiss();
   if (answer) answer(index);
@@ -102,9 +120,12 @@ void SheetDialog::reject() {
 void SheetDialog::place() {
   const QWidget *host = parentWidget() ? parentWidget()->window() : nullptr;
   if (!host || !host->isVisible()) return;
-  const auto *window = dynamic_cast<const ProblemWindow *>(host);
-  const int top = window ? window->sheetTop() : 12;
-  move(host->mapToGlobal(QPoint((host->width() - width()) / 2, top)));
+  move(host->mapToGlobal(QPoint((host->width() - width()) / 2, topOn(*host))));
+}
+
+int SheetDialog::topOn(const QWidget &host) const {
+  const auto *window = dynamic_cast<const ProblemWindow *>(&host);
+  return window ? window->sheetTop() : 12;
 }
 
 bool SheetDialog::eventFilter(QObject *watched, QEvent *event) {

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 
+class QCheckBox;
 class QHBoxLayout;
 class QLabel;
 class QPushButton;
@@ -20,8 +21,12 @@ class SheetDialog : public QDialog {
   void setText(const QString &text);
   /// Where a kind of sheet puts its own, below the text.
   QVBoxLayout *contents() { return column; }
+  QFontMetrics titleMetrics() const;
   /// Adds a button left of those that stand. `index` is what it answers; 0 is the default button.
   QPushButton *addButton(const QString &label, int index);
+  /// Adds a box "do not ask again". A button other than the one that the escape key presses stores it: the
+  /// preference is set if the box is ticked, and removed if not.
+  void addSuppression(const QString &words, const QString &preference);
   /// What the escape key answers.
   void setEscapeIndex(int index) { escapeIndex = index; }
 
@@ -37,16 +42,18 @@ class SheetDialog : public QDialog {
 
  protected:
   void reject() override;
+  /// Where the sheet's upper edge is, in the window's coordinates.
+  virtual int topOn(const QWidget &host) const;
+  void place();
   void paintEvent(QPaintEvent *event) override;
   bool eventFilter(QObject *watched, QEvent *event) override;
 
  private:
-  void place();
-
   QLabel *picture;
   QLabel *title;
   QLabel *text;
   QVBoxLayout *column;
   QHBoxLayout *buttonRow;
   int escapeIndex = 0;
+  QCheckBox *suppression = nullptr;
 };

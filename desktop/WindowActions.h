@@ -20,6 +20,11 @@ struct WindowActions {
   std::function<void()> automark;
   std::function<void()> unmark;
   std::function<void()> notDuplicates;
+  std::function<void()> merge;
+  /// Another policy for the copies that are not kept was chosen.
+  std::function<void()> changedUnkeptPolicy;
+  /// Asks for the folder that the files of these copies move to.
+  std::function<void()> chooseUnkeptFolder;
   /// Has the stored order of the criteria for marks given to the preferences window.
   std::function<void()> updatePriorities;
   /// Stores an order of the criteria.

@@ -46,6 +46,16 @@ void MarkedGroups::count(const Array &rows) {
   }
 }
 
+std::optional<qsizetype> MarkedGroups::firstOf(const Array &rows) {
+  for (qsizetype i = 0; i < rows.size();) {
+    Range group{i, i + 1};
+    while (group.end < rows.size() && groupOf(rows, group.end) == groupOf(rows, i)) ++group.end;
+    if (isMarked(rows, group)) return i;
+    i = group.end;
+  }
+  return std::nullopt;
+}
+
 bool MarkedGroups::isAbout(const Array &rows) const {
   return !counted.isNull() && counted.isSame(rows) && countedRows == rows.size();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "values/Value.h"
 
 /// How many groups of duplicates hold a row with `markInfo` and a row with `markAudio`. A click is told
@@ -12,6 +14,9 @@ class MarkedGroups {
   /// True if the count is about this list with as many rows as it has now.
   bool isAbout(const Array &rows) const;
   bool any() const { return marked > 0; }
+
+  /// The first row of the first group that holds both marks; none if there is no such group.
+  static std::optional<qsizetype> firstOf(const Array &rows);
 
   /// The rows of the group that a row belongs to, as [first, end).
   struct Range {

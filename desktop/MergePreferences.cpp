@@ -1,0 +1,31 @@
+#include "desktop/MergePreferences.h"
+
+#include <QCheckBox>
+#include <QVBoxLayout>
+
+#include "bridge/LocalizedMessage.h"
+#include "desktop/SecondaryLabel.h"
+#include "support/Preferences.h"
+
+MergePreferences::MergePreferences() {
+  const auto add = [this](const char *name, const QString &key, bool inverted) {
+    column()->addWidget(checkBox(QLatin1String(name), key, inverted));
+  };
+  add("MergePlayedInfo", prefs::noMergePlayedInfo, true);
+  add("IntelligentPlaylists", prefs::noIntelligentPlaylistHandling, true);
+  column()->addSpacing(8);
+  add("WarnUnkeptTrash", prefs::noWarnAboutUnkeptTrash, true);
+  add("WarnBigPlaylists", prefs::noWarnBigPlaylists, true);
+  column()->addSpacing(8);
+  add("ReportMinorErrors", prefs::reportMinorErrors, false);
+  add("StopForTrashFailure", prefs::noStopForTrashFailure, true);
+  auto *danger = new SecondaryLabel(localizedMessage(QStringLiteral("Prefs-StopForTrashFailureOff")));
+  danger->setIndent(24);
+  QSizePolicy policy = danger->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  danger->setSizePolicy(policy);
+  column()->addWidget(danger);
+  column()->addStretch();
+  binder.onRefresh = [danger] { danger->setVisible(prefs::isTrue(prefs::noStopForTrashFailure)); };
+  refresh();
+}

@@ -1,0 +1,102 @@
+#include "desktop/MergeSummarySheet.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "bridge/LocalizedMessage.h"
+#include "desktop/Icons.h"
+
+namespace {
+
+constexpr QSize kListSize(660, 260);
+/// A list of fewer groups is shown unfolded.
+constexpr size_t kUnfoldedGroups = 20;
+
+QString text(const char *name) {
+  return localizedMessage(QStringLiteral("MergeSummary-") + QLatin1String(name));
+}
+
+/// The line with its columns; the whole text is told by a tool tip, as paths are long.
+QTreeWidgetItem *line(QTreeWidgetItem *parent, const QString &what, const QString &fate,
+                      const QString &size) {
+  auto *item = new QTreeWidgetItem(parent, {what, fate, size});
+  item->setToolTip(0, what.toHtmlEscaped());
+  item->setToolTip(1, fate.toHtmlEscaped());
+  item->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
+  return item;
+}
+
+}  // namespace
+
+MergeSummarySheet::MergeSummarySheet(QWidget *attachedTo, MergeSummary theSummary)
+    : SheetDialog(attachedTo), summary(std::move(theSummary)) {
+  setObjectName(QStringLiteral("mergeSummary"));
+  setPicture(icons::icon(summary.failures.empty() ? icons::Shape::Done : icons::Shape::Warning));
+  setTitle(summary.headline());
+  setText(summary.lines().join(u'\n'));
+  auto *tree = new QTreeWidget;
+  tree->setObjectName(QStringLiteral("mergeSummaryTree"));
+  tree->setHeaderLabels({text("ColumnWhat"), text("ColumnFate"), text("ColumnSize")});
+  tree->headerItem()->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
+  tree->setFixedSize(kListSize);
+  tree->setTextElideMode(Qt::ElideMiddle);
+  tree->setUniformRowHeights(true);
+  tree->setSelectionMode(QAbstractItemView::NoSelection);
+  addFailures(*tree);
+  for (const MergedGroup &group : summary.groups) addGroup(*tree, group);
+  if (summary.groups.size() < kUnfoldedGroups) tree->expandAll();
+  tree->header()->setStretchLastSection(false);
+  tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  tree->header()->resizeSection(1, 210);
+  tree->header()->resizeSection(2, 80);
+  contents()->addWidget(tree);
+  addButton(text("Done"), 0);
+  QPushButton *copy = addButton(text("Copy"), 1);
+  copy->disconnect();
+  connect(copy, &QPushButton::clicked, this, [this] { QApplication::clipboard()->setText(plainText()); });
+}
+
+void MergeSummarySheet::addFailures(QTreeWidget &tree) const {
+  if (summary.failures.empty()) return;
+  auto *problems = new QTreeWidgetItem(&tree, {text("Problems")});
+  for (const MergeFailure &failure : summary.failures) {
+    const QString what = failure.path.isEmpty() ? failure.title : QDir::toNativeSeparators(failure.path);
+    line(problems, what, failure.reason, {});
+  }
+  problems->setExpanded(true);
+}
+
+void MergeSummarySheet::addGroup(QTreeWidget &tree, const MergedGroup &group) const {
+  QTreeWidgetItem *top = line(nullptr, group.title, group.complete ? QString() : text("NotFinished"), {});
+  tree.addTopLevelItem(top);
+  line(top, group.keptPath, text("Kept"), {});
+  for (const MergedGroup::Unkept &file : group.unkept) {
+    const QString bytes = file.bytes > 0 ? MergeSummary::size(file.bytes) : QString();
+    QTreeWidgetItem *item =
+        line(top, file.path.isEmpty() ? file.pid : file.path, MergeSummary::words(file.fate), bytes);
+    if (!file.newPath.isEmpty()) item->setToolTip(1, file.newPath.toHtmlEscaped());
+  }
+  if (group.playlists.isEmpty()) return;
+  line(top,
+       localizedMessage(QStringLiteral("MergeSummary-InPlaylists"),
+                        group.playlists.join(QStringLiteral(", "))),
+       {}, {});
+}
+
+QString MergeSummarySheet::plainText() const {
+  QStringList told{summary.headline()};
+  told += summary.lines();
+  for (const MergeFailure &failure : summary.failures)
+    told << failure.title + u'\t' + failure.path + u'\t' + failure.reason;
+  for (const MergedGroup &group : summary.groups) {
+    told << group.title << u'\t' + group.keptPath + u'\t' + text("Kept");
+    for (const MergedGroup::Unkept &file : group.unkept)
+      told << u'\t' + file.path + u'\t' + MergeSummary::words(file.fate) + u'\t' + file.newPath;
+  }
+  return told.join(u'\n');
+}

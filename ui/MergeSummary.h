@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/state/MergeState.h"
+
+/// What a merge did, in numbers and in words for the user. A value, made from the merge's report.
+struct MergeSummary {
+  /// Files of one fate.
+  struct Files {
+    qint64 count = 0;
+    qint64 bytes = 0;
+  };
+  qint64 mergedGroups = 0;
+  /// Groups that the merge left before all was done.
+  qint64 unfinishedGroups = 0;
+  qint64 removedTracks = 0;
+  Files trashed, moved, deleted, collected, shared;
+  /// The names of the playlists that were changed, each once, in the order of their change.
+  QStringList playlists;
+  std::vector<MergedGroup> groups;
+  std::vector<MergeFailure> failures;
+
+  explicit MergeSummary(const MergeReport::Contents &report);
+
+  /// A merge that was cancelled or refused before it did anything.
+  bool isEmpty() const { return groups.empty() && failures.empty(); }
+  /// The bytes that no longer lie among the music.
+  qint64 wonBytes() const { return trashed.bytes + moved.bytes + deleted.bytes; }
+  /// One line: "12 groups merged, 340 MB put in the Trash".
+  QString headline() const;
+  /// Lines that tell of files, tracks, playlists and failures.
+  QStringList lines() const;
+
+  /// A number of bytes as people read it.
+  static QString size(qint64 bytes);
+  /// What became of a file, in a few words.
+  static QString words(UnkeptFate fate);
+};
