@@ -57,6 +57,27 @@ std::optional<QString> mergePlayedFromTrackWithPIDToTrackWithPID(const QString &
   return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_merge"), fromPID, toPID);
 }
 
+std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID, const QString &toPID) {
+  const QStringList numbers =
+      stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_counts"), fromPID, toPID)
+          .value_or(QString())
+          .split(u',');
+  if (numbers.size() != 4) return std::nullopt;
+  qint64 counts[4];
+  for (int i = 0; i < 4; ++i) {
+    bool isNumber = false;
+    counts[i] = numbers[i].toLongLong(&isNumber);
+    if (!isNumber) return std::nullopt;
+  }
+  return PlayedCounts{counts[0], counts[1], counts[2], counts[3]};
+}
+
+std::optional<QString> settlePlayedOfTracksWithPIDs(const QString &fromPID, const QString &toPID,
+                                                    const PlayedCounts &before) {
+  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_settle"), before.fromPlays,
+                                       before.toPlays, before.fromSkips, before.toSkips, fromPID, toPID);
+}
+
 std::optional<QString> doCopyInfoFromTrackPIDToTrackPid(const QString &fromPID, const QString &toPID) {
   return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Track_info_copy"), fromPID, toPID);
 }

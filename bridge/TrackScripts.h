@@ -23,9 +23,20 @@ std::optional<QString> refreshAndGetPathOfSongWithTitleArtist(const QString &tit
 std::optional<QString> changeValueInTrackWithPIDOfTypeToValue(const QString &pid, const QString &type,
                                                               const QString &value);
 
-/// Adds the plays and skips of one track to those of another.
+/// Moves the plays and skips of one track to another, whose counts become the sums.
 std::optional<QString> mergePlayedFromTrackWithPIDToTrackWithPID(const QString &fromPID,
                                                                  const QString &toPID);
+
+/// The plays and skips of two tracks.
+struct PlayedCounts {
+  qint64 fromPlays = 0, fromSkips = 0, toPlays = 0, toSkips = 0;
+};
+/// Nothing if nobody answers, or if one of the tracks is not there.
+std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID, const QString &toPID);
+/// Behind a merge of played information that was broken off: takes from the first track what the second has
+/// got of it already. `before`: the counts before that merge.
+std::optional<QString> settlePlayedOfTracksWithPIDs(const QString &fromPID, const QString &toPID,
+                                                    const PlayedCounts &before);
 
 /// Gives a track the names, numbers and texts of another, but not its counts and dates.
 std::optional<QString> doCopyInfoFromTrackPIDToTrackPid(const QString &fromPID, const QString &toPID);

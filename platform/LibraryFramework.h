@@ -28,7 +28,7 @@ struct LibraryMediaItem {
   quint32 year = 0, trackNumber = 0;
   /// Kilobits per second, and hertz.
   quint32 bitrate = 0, sampleRate = 0;
-  quint32 playCount = 0;
+  quint32 playCount = 0, skipCount = 0;
   /// 0 to 100.
   qint32 rating = 0;
   bool isVideo = false;

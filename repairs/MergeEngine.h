@@ -1,29 +1,37 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
-#include <functional>
+#include <memory>
+#include <optional>
 
 #include "repairs/MergePlan.h"
 #include "repairs/MergeSettings.h"
 #include "support/TaskGuard.h"
 
+struct Alert;
 struct AppState;
 class MergeSupervisor;
+class MergeWorker;
 class Operation;
 class PlaylistRepair;
 
 /// Makes one track of each marked group of duplicates. The commands and their questions, on the main thread;
-/// the work itself is `mergeMarkedDuplicatesThread`.
+/// the work itself is the `MergeWorker`'s.
 class MergeEngine {
  public:
-  /// All outlive it.
+  /// All outlive it, and the workers of the state have ended before it does.
   MergeEngine(AppState &appState, Operation &currentOperation, PlaylistRepair &playlistRepair);
+  ~MergeEngine();
   MergeEngine(const MergeEngine &) = delete;
   /// What is called at every tick of a run; set once while the application is put together.
   void setSupervisor(MergeSupervisor *mergeSupervisor) { supervisor = mergeSupervisor; }
 
   /// The command: asks what must be asked, then begins.
   void mergeMarkedDuplicates();
+  /// The buttons of the warning that files go to the trash.
+  void mergeTrashAccept() { beginMergeMarkedDuplicates(); }
+  void mergeTrashCancel() {}
   /// Starts a run over the marked groups of the list, without questions.
   void beginMergeMarkedDuplicates();
   /// True if unkept files are to go to a folder and there is none, or it cannot be read.
@@ -34,11 +42,31 @@ class MergeEngine {
   void chooseUnkeptPanelDidEnd(const QString &folder);
 
  private:
-  void mergeMarkedDuplicatesThread();
+  /// Asks about playlists that cannot be handled well; false if the merge is not to begin.
+  bool confirmPlaylists(const MergePlan &plan, qint32 longest);
+  bool confirmUnknownPlaylists();
+  bool confirmHugePlaylists(const QHash<QString, QString> &huge);
+  bool confirmLongPlaylists(qint32 longest);
+  void warnAboutTrash(const MergePlan &plan);
+  /// Runs the alert in place of the progress sheet; the index of the button.
+  int ask(const Alert &alert);
+
+  /// What a run has before it.
+  struct Work {
+    qsizetype unkeptRows = 0;
+    /// The first row of the first marked group.
+    std::optional<qsizetype> firstRow;
+  };
+  Work workOfList() const;
+  void scrollTo(const Work &work);
+  /// Shows the bar as it stands when a run begins.
+  void showProgress();
 
   AppState &state;
   Operation &operation;
   PlaylistRepair &playlists;
   MergeSupervisor *supervisor = nullptr;
+  /// Of the run that began last.
+  std::unique_ptr<MergeWorker> worker;
   TaskGuard tasks;
 };

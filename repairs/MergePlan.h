@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 #include <vector>
 
 #include "app/state/MergeState.h"
@@ -32,12 +33,15 @@ struct GroupPlan {
   std::vector<Unkept> unkept;
   /// The user's playlists that hold one of the unkept tracks.
   std::vector<Playlist> playlists;
-  /// The path of a marked row's file that is gone; the group cannot be merged. Empty if all are there.
-  QString missingPath;
+  /// The path of a marked row's file that is gone, or a null one for a row without a path: then the group
+  /// cannot be merged. Nothing if all are there.
+  std::optional<QString> missingPath;
 
   /// Both marks are set: the group takes part.
   bool isMarked() const { return !audioRow.isNull() && !infoRow.isNull(); }
-  bool copiesInformation() const;
+  bool copiesInformation() const { return isMarked() && !infoRow.isSame(audioRow); }
+  /// The persistent IDs of the unkept rows, those without one left out.
+  QStringList unkeptPIDs() const;
 };
 
 /// What a merge will do, in the order in which it does it. Made on the main thread while nothing runs.
@@ -48,7 +52,8 @@ struct MergePlan {
   bool playlistsAreKnown = false;
 
   qint64 unkeptRows() const;
-  /// The bytes that the unkept files free, or move.
+  /// The unkept files that go to the trash or to the folder, and their bytes.
+  qint64 unkeptFiles() const;
   qint64 unkeptBytes() const;
 };
 
@@ -56,6 +61,10 @@ struct MergePlan {
 /// playlists. Any thread.
 GroupPlan planOfGroup(const std::vector<Dictionary> &rows, const MergeSettings &settings);
 
-/// The plan of all marked groups of the list, playlists included. With numbers of groups, only of those.
+/// The groups' playlists: the user's own that hold an unkept track, in the library's order.
+void addPlaylists(std::vector<GroupPlan> &groups, const Array &playlists);
+
+/// The plan of all marked groups of the list, playlists included: by direct access, or without it as they
+/// were loaded. With numbers of groups, only of those.
 MergePlan makeMergePlan(AppState &state, const MergeSettings &settings,
                         const std::vector<qint64> &groups = {});

@@ -91,6 +91,11 @@ void LibraryChanges::setPlaylists(const Array &playlists) {
   state.library.mMusicLibraryPlaylists = playlists;
 }
 
+Array LibraryChanges::freshPlaylists() {
+  const std::lock_guard held(modifiedGuard);
+  return state.library.mMusicLibraryPlaylists;
+}
+
 Array LibraryChanges::playlists() {
   const std::lock_guard held(modifiedGuard);
   const Array &fresh = state.library.mMusicLibraryPlaylists;

@@ -29,6 +29,10 @@ class LibraryChanges {
   bool updateJustPlaylists();
   /// The playlists as they were when they were last brought up to date, or as loaded. Any thread.
   Array playlists();
+  /// The playlists as they were last brought up to date; null if they were not, or were forgotten. Any thread.
+  Array freshPlaylists();
+  /// Forgets what was brought up to date, as it holds no longer. Any thread.
+  void forgetPlaylists() { setPlaylists({}); }
   /// Notes that the library has just been changed, and that its file is older now. Any thread.
   void modifiedLibrary();
 

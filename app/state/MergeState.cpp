@@ -19,3 +19,13 @@ MergeReport::Contents MergeReport::contents() const {
   std::lock_guard hold(guard);
   return mContents;
 }
+
+void MergeReport::setBefore(const std::optional<MergeTotals> &totals) {
+  std::lock_guard hold(guard);
+  mContents.before = totals;
+}
+
+void MergeReport::setAfter(const std::optional<MergeTotals> &totals) {
+  std::lock_guard hold(guard);
+  mContents.after = totals;
+}

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <atomic>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "values/Date.h"
@@ -37,12 +38,18 @@ struct MergedGroup {
     UnkeptFate fate = UnkeptFate::Gone;
     /// The track has left the library.
     bool removed = false;
+    /// There was a file, and no track of the library names it any more.
+    bool leftLibrary = false;
   };
   QString title;
   QString keptPID, infoPID, keptPath;
   std::vector<Unkept> unkept;
   /// The names of the playlists that hold the kept track now in place of another.
   QStringList playlists;
+  /// The bytes by which the kept file has grown with what was written into it; negative if it shrank.
+  qint64 keptGrowth = 0;
+  /// A playlist that held a copy is too long to be built anew: the kept track was added at its end.
+  bool wasAppended = false;
   /// All that was to be done with the group was done.
   bool complete = false;
 };
@@ -70,12 +77,16 @@ class MergeReport {
   struct Contents {
     std::vector<MergedGroup> groups;
     std::vector<MergeFailure> failures;
+    /// The library before the first run and behind the last; nothing where it could not be counted.
+    std::optional<MergeTotals> before, after;
   };
 
   /// Begins a new merge.
   void clear();
   void addGroup(MergedGroup group);
   void addFailure(MergeFailure failure);
+  void setBefore(const std::optional<MergeTotals> &totals);
+  void setAfter(const std::optional<MergeTotals> &totals);
   Contents contents() const;
 
  private:

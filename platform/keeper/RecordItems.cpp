@@ -62,6 +62,7 @@ const std::pair<Key, void (*)(Item &, qint64)> kNumbers[] = {
     {keys::BitRate, setAmount<&Item::bitrate>},
     {keys::SampleRate, setAmount<&Item::sampleRate>},
     {keys::PlayCount, setAmount<&Item::playCount>},
+    {keys::SkipCount, setAmount<&Item::skipCount>},
     {keys::Rating, setNumber<&Item::rating>},
     {keys::Size, setAmount<&Item::fileSize>},
 };

@@ -1,5 +1,6 @@
--- Adds the plays and skips of the first track to those of the second: the counts are summed, of the dates the
--- later stays, and a rating goes over only where the second track has none. Nothing comes back when it worked.
+-- Moves the plays and skips of the first track to the second: the counts are summed, of the dates the later
+-- stays, and a rating goes over only where the second track has none. The first track's counts go, so that a
+-- second merge of the two, either way round, adds nothing twice. Nothing comes back when it worked.
 on laterOf(dateA, dateB)
 	if dateA is missing value then return dateB
 	if dateB is missing value then return dateA
@@ -31,10 +32,12 @@ on mergePlayed(fromPid, toPid)
 			if lastSkip is not missing value then
 				if (skipped date of dst) is not lastSkip then set skipped date of dst to lastSkip
 			end if
+			if skips > 0 then set skipped count of src to (skipped count of src) - skips
 			if plays > 0 then set played count of dst to (played count of dst) + plays
 			if lastPlay is not missing value then
 				if (played date of dst) is not lastPlay then set played date of dst to lastPlay
 			end if
+			if plays > 0 then set played count of src to (played count of src) - plays
 		end tell
 	end timeout
 end mergePlayed
