@@ -42,6 +42,7 @@ MergeSupervisor::Rooms Application::roomsOfMerge() {
           main.applicationWatch(),
           [this] { merge.mergeMarkedDuplicates(); },
           [this] { merge.beginMergeMarkedDuplicates(); },
+          [this] { return merge.isWorking(); },
           [this](const QString &text) { return playlists.playListReplaceErrorDictionaryFromString(text); }};
 }
 

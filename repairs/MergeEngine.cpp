@@ -52,7 +52,7 @@ void MergeEngine::mergeMarkedDuplicates() {
   view.setProgressIndeterminate(true);
   view.setCancelEnabled(false);
   state.merge.mNumberCompletedBeforeRestart = 0;
-  state.merge.report.clear();
+  if (!std::exchange(state.merge.mGoesOnAfterStall, false)) state.merge.report.clear();
   const qint32 longest = playlists.maximumUserPlaylistTracks();
   BMLog("maximumUserPlaylistTracks = %d (warn threshold %d, huge threshold %ld)", longest,
         PlaylistRepair::kWarnTracks, qint64(PlaylistRepair::kHugeTracks));
@@ -177,7 +177,8 @@ void MergeEngine::beginMergeMarkedDuplicates() {
         seconds());
   state.operation.mLastCompletedCount = 0;
   state.merge.lastProgress = platform().clock->now();
-  worker = std::make_unique<MergeWorker>(state, playlists);
+  auto run = std::make_shared<MergeWorker>(state, playlists);
+  worker = run;
 
   OperationPlan plan;
   plan.quote = localizedMessage(QStringLiteral("QuoteMergeDupes"));
@@ -189,7 +190,7 @@ void MergeEngine::beginMergeMarkedDuplicates() {
   plan.beforeSheet = [this] { showProgress(); };
   plan.beforeWorkers = [this] { state.view.validateProblemUI(); };
   plan.workers = {{QStringLiteral("mergeMarkedDuplicatesThread"),
-                   [run = worker.get()] { run->mergeMarkedDuplicatesThread(); }}};
+                   [owned = std::move(run)] { owned->mergeMarkedDuplicatesThread(); }}};
   operation.start(plan);
 }
 

@@ -34,6 +34,8 @@ class MergeEngine {
   void mergeTrashCancel() {}
   /// Starts a run over the marked groups of the list, without questions.
   void beginMergeMarkedDuplicates();
+  /// True until the thread of the run that began last has ended, between its steps too.
+  bool isWorking() const { return !worker.expired(); }
   /// True if unkept files are to go to a folder and there is none, or it cannot be read.
   bool haveUnkeptFolderPathProblem() const;
   /// The policy was changed, or a merge needs its folder: asks for one if `haveUnkeptFolderPathProblem`.
@@ -66,7 +68,7 @@ class MergeEngine {
   Operation &operation;
   PlaylistRepair &playlists;
   MergeSupervisor *supervisor = nullptr;
-  /// Of the run that began last.
-  std::unique_ptr<MergeWorker> worker;
+  /// Of the run that began last; its thread owns it.
+  std::weak_ptr<MergeWorker> worker;
   TaskGuard tasks;
 };

@@ -88,7 +88,8 @@ bool MergeSupervisor::resolveStall(float seconds) {
   operation.mCancelOperation = true;
   iTunesInterface::cancelCurrentScriptExecution();
   serveWorkers(kSettleSeconds);
-  if (operation.mCurrentThreadAction != 0) {
+  // A thread between two steps may be stuck too, where it asks the library.
+  if (operation.mCurrentThreadAction != 0 || rooms.isWorking()) {
     replaceProcess();
     return false;
   }
@@ -110,8 +111,6 @@ void MergeSupervisor::startOverWithMusicApplication() {
   state.view.reloadTable(ProblemTab::Duplicates);
   state.operation.setCancelOperationReason({});
   mergesAgain = true;
-  platform().mainLoop->stopTimer(mergeAgainTimer);
-  mergeAgainTimer = platform().mainLoop->startTimer(kCommandDelaySeconds, false, rooms.mergeMarkedDuplicates);
 }
 
 void MergeSupervisor::replaceProcess() {
@@ -176,6 +175,7 @@ void MergeSupervisor::endRun() {
   AppState &state = rooms.state;
   OperationState &operation = state.operation;
   if (operation.mCurrentThreadAction != 0 && !waitForStep()) return;
+  if (!hasWorkerEnded()) return;
   rooms.operation.finish();
   rooms.operation.progressSheet().endProgressSheetImmediately();
   std::vector<Alert> sheets;
@@ -190,6 +190,28 @@ void MergeSupervisor::endRun() {
   state.commands->updateProblemNumbers();
   state.view.validateProblemUI();
   showSheets(std::move(sheets));
+}
+
+bool MergeSupervisor::hasWorkerEnded() {
+  // Longer than a thread may wait for the library between its steps. A new run beside an old thread would
+  // merge the same rows twice.
+  constexpr double kLongestSeconds = 60.0;
+  const double now = platform().clock->now().seconds;
+  if (!rooms.isWorking()) {
+    waitsSince.reset();
+    return true;
+  }
+  if (!waitsSince) {
+    waitsSince = now;
+    if (rooms.state.operation.mCancelOperation)
+      rooms.state.view.setProgressSubText(localizedMessage(QStringLiteral("Canceling")));
+  }
+  if (now - *waitsSince > kLongestSeconds) {
+    BMLog("Cancel merge timeout between actions");
+    rooms.operation.abandon();
+    quitBecause(QStringLiteral("CancelMergeTimeout"));
+  }
+  return false;
 }
 
 bool MergeSupervisor::waitForStep() {
@@ -281,9 +303,11 @@ Alert MergeSupervisor::reactToBrokenPlaylist(const QString &reason) {
 }
 
 void MergeSupervisor::showSheets(std::vector<Alert> sheets) {
+  if (sheets.empty() && !mergesAgain) return rooms.state.view.mergeDidEnd();
   if (sheets.empty()) {
-    // A command that is given again goes on with the merge.
-    if (!std::exchange(mergesAgain, false)) rooms.state.view.mergeDidEnd();
+    mergesAgain = false;
+    platform().mainLoop->stopTimer(mergeAgainTimer);
+    mergeAgainTimer = platform().mainLoop->startTimer(kCommandDelaySeconds, false, [this] { mergeAgain(); });
     return;
   }
   const Alert first = sheets.front();
@@ -291,6 +315,14 @@ void MergeSupervisor::showSheets(std::vector<Alert> sheets) {
   rooms.state.view.beginSheet(
       first,
       [task = tasks.guarded([this, others = std::move(sheets)] { showSheets(others); })](int) { task(); });
+}
+
+void MergeSupervisor::mergeAgain() {
+  rooms.state.merge.mGoesOnAfterStall = true;
+  rooms.mergeMarkedDuplicates();
+  rooms.state.merge.mGoesOnAfterStall = false;
+  // The user may not want to go on.
+  if (!rooms.operation.isBusy() && !rooms.state.view.hasSheet()) rooms.state.view.mergeDidEnd();
 }
 
 void MergeSupervisor::dismissTrashFailureSheet() {

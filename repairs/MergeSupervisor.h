@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "app/state/ProblemView.h"
@@ -29,6 +30,8 @@ class MergeSupervisor {
     /// The merge's command, with its questions, and a run without them.
     std::function<void()> mergeMarkedDuplicates;
     std::function<void()> beginMergeMarkedDuplicates;
+    /// True until the thread of the run in hand has ended, between its steps too.
+    std::function<bool()> isWorking;
     /// What a "broken:" text of the playlist repair tells.
     std::function<Dictionary(const QString &)> playListReplaceErrorDictionary;
   };
@@ -65,17 +68,21 @@ class MergeSupervisor {
   void showCurrentAction();
 
   [[nodiscard]] bool waitForStep();
+  [[nodiscard]] bool hasWorkerEnded();
   void removeTemporaryPlaylists();
   [[nodiscard]] bool reportReason(const QString &reason, std::vector<Alert> &sheets);
   Alert reactToBrokenPlaylist(const QString &reason);
   void retry(const QString &reason);
   void showSheets(std::vector<Alert> sheets);
+  void mergeAgain();
 
   Rooms rooms;
   QString lastTitleShown;
   qint32 lastActionShown = 0;
   /// The run in hand was given up so that the command can be given again: its end is not the merge's.
   bool mergesAgain = false;
+  /// Since when a run that is over waits for its thread.
+  std::optional<double> waitsSince;
   MainLoop::TimerID mergeAgainTimer = 0;
   TaskGuard tasks;
 };

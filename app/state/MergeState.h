@@ -104,6 +104,8 @@ struct MergeState {
   std::atomic<bool> mScriptLockedBeforeRestart{false};
   /// Restarts in a row without a finished row.
   std::atomic<qint32> mNumberOfNoProgressRestarts{0};
+  /// The command is given again because its run got stuck: the report goes on.
+  bool mGoesOnAfterStall = false;
   /// When the run last finished a row.
   Date lastProgress;
   MergeReport report;
