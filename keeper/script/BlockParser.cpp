@@ -140,10 +140,9 @@ Statement::Form BlockParser::considering() {
 
 /// `case, diacriticals and white space`.
 QStringList BlockParser::attributes() {
-  static const QSet<QString> known = {QStringLiteral("case"),        QStringLiteral("diacriticals"),
-                                      QStringLiteral("expansion"),   QStringLiteral("hyphens"),
-                                      QStringLiteral("punctuation"), QStringLiteral("numeric strings"),
-                                      QStringLiteral("white space"), QStringLiteral("application responses")};
+  static const QSet<QString> known = {QStringLiteral("case"), QStringLiteral("diacriticals"),
+                                      QStringLiteral("hyphens"), QStringLiteral("punctuation"),
+                                      QStringLiteral("white space")};
   QStringList found;
   ScriptCursor &cursor = all.cursor;
   do {

@@ -74,7 +74,7 @@ ReferenceParser::Chain ElementParser::ordinal() {
   const ScriptTerms::Term &term = all.terms.at();
   element.className = term.meaning;
   all.cursor.skip(term.words);
-  ReferenceParser::Chain chain{all.make(start, std::move(element)), nullptr, true};
+  ReferenceParser::Chain chain{all.make(start, std::move(element)), true};
   chain.filterable = chain.node.get();
   return chain;
 }
@@ -89,9 +89,9 @@ ReferenceParser::Chain ElementParser::classTerm() {
   if (keyable && (takeSelectorWord(element.selector) || atKey(0))) return keyed(std::move(element), start);
   if (term.kind != ScriptTerms::Term::Kind::Plural) {
     const bool text = term.meaning == u"text";
-    return {all.make(start, Literal{ScriptClassName{term.meaning}}), nullptr, text};
+    return {all.make(start, Literal{ScriptClassName{term.meaning}}), text};
   }
-  ReferenceParser::Chain chain{all.make(start, std::move(element)), nullptr, true};
+  ReferenceParser::Chain chain{all.make(start, std::move(element)), true};
   chain.filterable = chain.node.get();
   return chain;
 }
@@ -143,7 +143,9 @@ ReferenceParser::Chain ElementParser::keyed(Element element, qsizetype start) {
     element.selector = Selector::Range;
     element.upTo = key(true);
   }
-  return {all.make(start, std::move(element)), nullptr, true};
+  ReferenceParser::Chain chain{all.make(start, std::move(element)), true};
+  chain.keyed = chain.node.get();
+  return chain;
 }
 
 ExpressionPtr ElementParser::key(bool endsRange) {

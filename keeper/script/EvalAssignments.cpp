@@ -40,13 +40,12 @@ void insert(ScriptRun &run, const ScriptReference &insertion, const ScriptValue 
   list.items().insert(atEnd ? list.items().end() : list.items().begin(), value);
 }
 
-void setField(ScriptRun &run, const ScriptValue &record, const QString &name, const ScriptValue &value) {
+void setField(const ScriptValue &record, const QString &name, const ScriptValue &value) {
   for (auto &[key, field] : record.fields()) {
     if (key != name) continue;
     field = value;
     return;
   }
-  (void)run;
   throw scriptDescriptions::cannotGet(name, record);
 }
 
@@ -89,19 +88,16 @@ void setProperty(ScriptRun &run, const Expression &target, const Property &prope
   if (property.term == u"text item delimiters" && !holder.is(Type::Object)) {
     return run.setDelimiters(evalReferences::settled(run, value));
   }
-  if (holder.is(Type::Record)) return setField(run, holder, property.term, value);
+  if (holder.is(Type::Record)) return setField(holder, property.term, value);
   if (holder.is(Type::Instance)) {
     if (setInstanceProperty(*holder.instance(), property.term, value)) return;
     if (property.container)
       throw cannotSet(property.term + QStringLiteral(" of ") + scriptDescriptions::describe(holder));
     return run.setVariable(property.term, value);
   }
-  if (holder.is(Type::Date) && property.container) {
-    ::Date date = holder.date();
-    if (!scriptDates::setComponent(date, property.term, evalReferences::settled(run, value))) {
-      throw cannotSet(property.term + QStringLiteral(" of a date"));
-    }
-    return evalAssignments::assign(run, *property.container, date);
+  if (holder.is(Type::Date)) {
+    if (scriptDates::setComponent(holder.date(), property.term, evalReferences::settled(run, value))) return;
+    throw cannotSet(property.term + QStringLiteral(" of a date"));
   }
   evalProperties::set(run, holder, property.term, evalReferences::settled(run, value));
 }
@@ -136,7 +132,7 @@ ScriptValue copyAt(ScriptRun &run, const ScriptValue &value, int depth) {
     for (const auto &[name, field] : value.fields()) fields.emplace_back(name, copyAt(run, field, depth + 1));
     return run.heap.made(ScriptValue::record(std::move(fields)));
   }
-  return value;
+  return value.is(Type::Date) ? ScriptValue(value.date()) : value;
 }
 
 }  // namespace

@@ -84,7 +84,15 @@ ScriptListItems partsOf(const QString &text, scriptText::Element kind, const Scr
   return parts;
 }
 
+/// Parts of texts and lists are not tested.
+void refuseTest(const ScriptValue &container, const ScriptReference &element) {
+  if (!element.filter) return;
+  throw scriptDescriptions::cannotGet(element.term + QStringLiteral(" whose test holds"), container);
+}
+
 ScriptValue ofText(ScriptRun &run, const ScriptValue &container, const ScriptReference &element) {
+  refuseTest(container, element);
+  if (element.term == u"text" && element.selector == Selector::Every) return container;
   if (auto stretch = stretchOf(run, container.text(), element)) return *stretch;
   const bool isItem = element.term == u"item";
   const auto kind = isItem ? scriptText::Element::Character : textElement(element.term);
@@ -99,8 +107,7 @@ bool isOfClass(const ScriptValue &value, const QString &className) {
 }
 
 ScriptValue ofList(ScriptRun &run, const ScriptValue &container, const ScriptReference &element) {
-  if (element.filter)
-    throw scriptDescriptions::cannotGet(element.term + QStringLiteral(" whose test holds"), container);
+  refuseTest(container, element);
   if (element.term == u"item") return picked(run, container.items(), element, container);
   ScriptListItems found;
   for (const ScriptValue &item : container.items()) {

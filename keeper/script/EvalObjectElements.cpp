@@ -22,18 +22,26 @@ ScriptError absent(const ScriptReference &element, const ScriptValue &container)
   return scriptDescriptions::cannotGet(element.term + key, container);
 }
 
-/// Those whose name or id is the key.
-ScriptObjects withProperty(ScriptRun &run, ScriptObject &container, const ScriptReference &element,
-                           const QString &property) {
-  if (auto found = container.elementsWhere(element.term, property, element.key)) return std::move(*found);
-  ScriptObjects found;
-  for (const ScriptObjectPtr &thing : container.elements(element.term)) {
+/// The property by which a name or an id picks.
+QString keyProperty(Selector selector) {
+  return selector == Selector::Id ? QStringLiteral("id") : QStringLiteral("name");
+}
+
+/// The first whose property is the key; null if there is none.
+ScriptObjectPtr firstWith(ScriptRun &run, const ScriptObjects &things, const QString &property,
+                          const ScriptValue &key) {
+  for (const ScriptObjectPtr &thing : things) {
     run.step();
-    if (!scriptComparisons::areEqual(thing->property(property), element.key, ScriptTextRules())) continue;
-    found.push_back(thing);
-    break;
+    if (scriptComparisons::areEqual(thing->property(property), key, ScriptTextRules())) return thing;
   }
-  return found;
+  return nullptr;
+}
+
+ScriptObjectPtr firstWith(ScriptRun &run, ScriptObject &container, const ScriptReference &element,
+                          const QString &property) {
+  const auto known = container.elementsWhere(element.term, property, element.key);
+  if (known) return known->empty() ? nullptr : known->front();
+  return firstWith(run, container.elements(element.term), property, element.key);
 }
 
 /// The selector by which a key picks.
@@ -42,8 +50,8 @@ Selector selectorOf(const ScriptReference &element) {
   return element.key.is(Type::Text) ? Selector::Name : Selector::Index;
 }
 
-ScriptValue rangeOf(ScriptRun &run, ScriptObject &container, const ScriptReference &element) {
-  const ScriptValue list = listOf(run, container.elements(element.term));
+ScriptValue rangeOf(ScriptRun &run, const ScriptObjects &things, const ScriptReference &element) {
+  const ScriptValue list = listOf(run, things);
   return evalElements::get(run, list, [&] {
     ScriptReference range = element;
     range.term = QStringLiteral("item");
@@ -60,8 +68,13 @@ ScriptValue pickedOf(const ScriptObjects &things, const ScriptReference &element
 
 ScriptValue filtered(ScriptRun &run, const ScriptValue &container, const ScriptReference &element) {
   const ScriptObjects found = element.filter->apply(run, *evalProperties::living(container), element.term);
-  if (element.selector == Selector::Every) return listOf(run, found);
-  return pickedOf(found, element, container);
+  const Selector selector = selectorOf(element);
+  if (selector == Selector::Every) return listOf(run, found);
+  if (selector == Selector::Range) return rangeOf(run, found, element);
+  if (selector != Selector::Name && selector != Selector::Id) return pickedOf(found, element, container);
+  const ScriptObjectPtr named = firstWith(run, found, keyProperty(selector), element.key);
+  if (!named) throw absent(element, container);
+  return named;
 }
 
 }  // namespace
@@ -75,13 +88,12 @@ ScriptValue evalObjectElements::get(ScriptRun &run, const ScriptValue &container
     case Selector::Every:
       return listOf(run, holder.elements(element.term));
     case Selector::Range:
-      return rangeOf(run, holder, element);
+      return rangeOf(run, holder.elements(element.term), element);
     case Selector::Name:
     case Selector::Id: {
-      const QString property = selector == Selector::Id ? QStringLiteral("id") : QStringLiteral("name");
-      const ScriptObjects found = withProperty(run, holder, element, property);
-      if (found.empty()) throw absent(element, container);
-      return found.front();
+      const ScriptObjectPtr found = firstWith(run, holder, element, keyProperty(selector));
+      if (!found) throw absent(element, container);
+      return found;
     }
     default:
       break;

@@ -16,8 +16,7 @@ using Type = ScriptValue::Type;
 namespace {
 
 void applyAttributes(ScriptRun &run, const QStringList &attributes, bool ignored) {
-  // Attributes that the rules do not know ("application responses", "expansion") change nothing here.
-  for (const QString &attribute : attributes) (void)run.rules.setIgnoring(attribute, ignored);
+  for (const QString &attribute : attributes) run.rules.setIgnoring(attribute, ignored);
 }
 
 /// One operation for each form of a statement.

@@ -10,15 +10,16 @@ ExpressionPtr ReferenceParser::reference() {
   const qsizetype start = all.cursor.start();
   Chain chain = links();
   if (all.cursor.atWord(u"whose") || all.cursor.atWord(u"where")) {
-    if (!chain.filterable) all.cursor.failAfter();
+    Expression *tested = chain.filterable ? chain.filterable : chain.keyed;
+    if (!tested) all.cursor.failAfter();
     all.cursor.take();
     ExpressionPtr test = all.operations.expression();
     const int testHeight = test->height;
-    all.adopt(*chain.filterable, std::get<Element>(chain.filterable->form).test, std::move(test));
-    chain.filterable->range = all.cursor.since(chain.filterable->range.start);
+    all.adopt(*tested, std::get<Element>(tested->form).test, std::move(test));
+    tested->range = all.cursor.since(tested->range.start);
     chain.node->range = all.cursor.since(chain.node->range.start);
     // The element may lie deep in the chain: the sum is never less than the height.
-    if (chain.node.get() != chain.filterable) chain.node->height += testHeight;
+    if (chain.node.get() != tested) chain.node->height += testHeight;
     all.checkHeight(*chain.node);
   }
   if (!all.cursor.takeWord(u"exists")) return std::move(chain.node);
@@ -65,6 +66,7 @@ ReferenceParser::Chain ReferenceParser::attach(Chain chain, Chain container, qsi
   }
   node.range = all.cursor.since(start);
   if (!chain.filterable) chain.filterable = container.filterable;
+  if (!chain.keyed) chain.keyed = container.keyed;
   chain.open = false;
   return chain;
 }
@@ -149,7 +151,7 @@ ReferenceParser::Chain ReferenceParser::member() {
       if (term.alsoClass && all.elements.atKey(term.words)) return all.elements.classTerm();
       Property property{term.meaning, nullptr};
       all.cursor.skip(term.words);
-      return {all.make(start, std::move(property)), nullptr, true};
+      return {all.make(start, std::move(property)), true};
     }
     default:
       return name();
@@ -158,9 +160,9 @@ ReferenceParser::Chain ReferenceParser::member() {
 
 ReferenceParser::Chain ReferenceParser::name() {
   const qsizetype start = all.cursor.start();
-  if (all.cursor.peek(1).isSymbol(u'(')) return {all.commands.handlerCall(), nullptr, true};
+  if (all.cursor.peek(1).isSymbol(u'(')) return {all.commands.handlerCall(), true};
   Variable variable{all.takeName(QStringLiteral("name"))};
-  return {all.make(start, std::move(variable)), nullptr, true};
+  return {all.make(start, std::move(variable)), true};
 }
 
 ReferenceParser::Chain ReferenceParser::owned(Special::Word owner) {
@@ -173,7 +175,7 @@ ReferenceParser::Chain ReferenceParser::insertion(Insertion::Place place) {
   const qsizetype start = all.cursor.start();
   all.cursor.take();
   const bool beside = place == Insertion::Place::Before || place == Insertion::Place::After;
-  if (!beside) return {all.make(start, Insertion{place, nullptr}), nullptr, true};
+  if (!beside) return {all.make(start, Insertion{place, nullptr}), true};
   const ScriptCursor::Level level(all.cursor);
   return {all.make(start, Insertion{place, chain()})};
 }
@@ -234,7 +236,7 @@ ReferenceParser::Chain ReferenceParser::code() {
     all.cursor.failExpected(QStringLiteral("expression"));
   }
   all.cursor.take();
-  return {all.make(start, std::move(form)), nullptr, open};
+  return {all.make(start, std::move(form)), open};
 }
 
 /// The text whose units are given by four digits each, the high one first; the count is a multiple of four.

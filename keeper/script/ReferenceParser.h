@@ -20,10 +20,12 @@ class ReferenceParser {
   /// A value, and what may still be done to it.
   struct Chain {
     scriptTree::ExpressionPtr node;
-    /// The leftmost element that a `whose` test may belong to.
-    scriptTree::Expression *filterable = nullptr;
     /// True if a container may still come: not in brackets, not owned.
     bool open = false;
+    /// The leftmost set or ordinal: what a `whose` test belongs to.
+    scriptTree::Expression *filterable = nullptr;
+    /// The leftmost element picked by a key, which a test belongs to where there is no set or ordinal.
+    scriptTree::Expression *keyed = nullptr;
   };
   /// One value of a chain.
   Chain primary();

@@ -88,8 +88,10 @@ void ScriptCursor::failExpected(const QString &expected) {
 
 void ScriptCursor::failAfter() {
   const ScriptToken &found = peek();
+  const QString what = describe(found);
+  const QString article = what.startsWith(u'i') ? QStringLiteral("An") : QStringLiteral("A");
   throw ScriptError{scriptErrors::kCannotGoAfter,
-                    QStringLiteral("A %1 can’t go after what stands before it.").arg(describe(found)),
+                    QStringLiteral("%1 %2 can’t go after what stands before it.").arg(article, what),
                     found.range};
 }
 

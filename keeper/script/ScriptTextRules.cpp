@@ -47,16 +47,13 @@ int ScriptTextRules::compare(const QString &a, const QString &b) const {
   return folded != 0 || ignoringCase ? folded : key(a).compare(key(b));
 }
 
-bool ScriptTextRules::setIgnoring(const QString &attribute, bool ignored) {
+void ScriptTextRules::setIgnoring(const QString &attribute, bool ignored) {
   const std::pair<QStringView, bool *> attributes[] = {{u"case", &ignoringCase},
                                                        {u"diacriticals", &ignoringDiacriticals},
                                                        {u"white space", &ignoringWhiteSpace},
                                                        {u"hyphens", &ignoringHyphens},
                                                        {u"punctuation", &ignoringPunctuation}};
   for (const auto &[name, rule] : attributes) {
-    if (name != attribute) continue;
-    *rule = ignored;
-    return true;
+    if (name == attribute) *rule = ignored;
   }
-  return false;
 }

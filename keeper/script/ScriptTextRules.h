@@ -21,8 +21,8 @@ struct ScriptTextRules {
   /// between texts that are equal without it.
   int compare(const QString &a, const QString &b) const;
 
-  /// Sets the rule of an attribute's name ("case", "white space" ...); false if there is none of that name.
-  bool setIgnoring(const QString &attribute, bool ignored);
+  /// Sets the rule of an attribute's name ("case", "white space" ...); without effect for other names.
+  void setIgnoring(const QString &attribute, bool ignored);
 
  private:
   bool onlyCase() const;

@@ -108,8 +108,7 @@ struct WithTimeout {
 };
 
 /// `considering case and hyphens but ignoring white space`: attributes by their words ("case",
-/// "diacriticals", "expansion", "hyphens", "numeric strings", "punctuation", "white space", "application
-/// responses").
+/// "diacriticals", "hyphens", "punctuation", "white space").
 struct Considering {
   QStringList considered;
   QStringList ignored;

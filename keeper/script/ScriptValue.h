@@ -38,8 +38,8 @@ struct ScriptFile {
   bool isAlias = false;
 };
 
-/// A value of the script language. Copies of lists and records name the same list or record, as in the
-/// language; copies of leaves share nothing that can change. One thread.
+/// A value of the script language. Copies of lists, records and dates name the same one, as in the language;
+/// copies of other leaves share nothing that can change. One thread.
 class ScriptValue {
  public:
   /// In the order of the alternatives below.
@@ -69,7 +69,7 @@ class ScriptValue {
   ScriptValue(qint64 value) : held(value) {}
   ScriptValue(double value) : held(value) {}
   ScriptValue(QString value) : held(std::move(value)) {}
-  ScriptValue(::Date value) : held(value) {}
+  ScriptValue(::Date value) : held(std::make_shared<::Date>(value)) {}
   ScriptValue(ScriptFile value) : held(std::move(value)) {}
   ScriptValue(QByteArray value) : held(std::move(value)) {}
   ScriptValue(ScriptConstant value) : held(std::move(value)) {}
@@ -99,7 +99,7 @@ class ScriptValue {
   /// A whole or a real number.
   double number() const { return is(Type::Integer) ? double(integer()) : real(); }
   const QString &text() const { return std::get<QString>(held); }
-  ::Date date() const { return std::get<::Date>(held); }
+  ::Date &date() const { return *std::get<DatePtr>(held); }
   const ScriptFile &file() const { return std::get<ScriptFile>(held); }
   const QByteArray &data() const { return std::get<QByteArray>(held); }
   /// The word of a constant or of a class.
@@ -120,9 +120,10 @@ class ScriptValue {
   }
 
  private:
+  using DatePtr = std::shared_ptr<::Date>;
   using ListPtr = std::shared_ptr<ScriptListItems>;
   using RecordPtr = std::shared_ptr<ScriptRecordFields>;
-  std::variant<std::monostate, ScriptMissing, bool, qint64, double, QString, ::Date, ScriptFile, QByteArray,
+  std::variant<std::monostate, ScriptMissing, bool, qint64, double, QString, DatePtr, ScriptFile, QByteArray,
                ScriptConstant, ScriptClassName, ListPtr, RecordPtr, ScriptObjectPtr,
                std::shared_ptr<const ScriptReference>, std::shared_ptr<ScriptInstance>>
       held;

@@ -9,23 +9,27 @@ class EvalThings : public EvalHarness {};
 const QString kLibrary = u"library playlist 1"_qs;
 
 TEST_F(EvalThings, EveryFormOfASpecifierFindsItsThing) {
-  checkTold({{u"version"_qs, u"\"1.2\""_qs},
-             {u"name of track 2 of library playlist 1"_qs, u"\"Two\""_qs},
-             {u"name of track -1 of playlist 1"_qs, u"\"Three\""_qs},
-             {u"name of first track of user playlist \"road\""_qs, u"\"One\""_qs},
-             {u"name of last file track of playlist \"Library\""_qs, u"\"Three\""_qs},
-             {u"name of middle track of playlist 1"_qs, u"\"Two\""_qs},
-             {u"name of track id 5 of playlist 1"_qs, u"\"One\""_qs},
-             {u"name of every track of playlist 1"_qs, u"{\"One\", \"Two\", \"Three\"}"_qs},
-             {u"artist of tracks 1 thru 2 of playlist 1"_qs, u"{\"Ann\", \"Ann\"}"_qs},
-             {u"class of track 1 of playlist 1 is file track"_qs, u"true"_qs},
-             {u"size of track 1 of playlist 1"_qs, u"5e+09"_qs},
-             {u"POSIX path of (get location of track 1 of playlist 1)"_qs, u"\"/music/One\""_qs},
-             {u"tell track 2 of playlist 1 // name // end tell"_qs, u"\"Two\""_qs},
-             {u"tell playlist 1 // name of track 2 // end tell"_qs, u"\"Two\""_qs},
-             {u"track 1 of playlist 1 is first track of user playlist \"Road\""_qs, u"true"_qs},
-             {u"every track of playlist 1 // return result's class is list"_qs, u"true"_qs},
-             {u"track 1 of playlist 1"_qs, u"none"_qs}});
+  checkTold(
+      {{u"version"_qs, u"\"1.2\""_qs},
+       {u"name of track 2 of library playlist 1"_qs, u"\"Two\""_qs},
+       {u"name of track -1 of playlist 1"_qs, u"\"Three\""_qs},
+       {u"name of first track of user playlist \"road\""_qs, u"\"One\""_qs},
+       {u"name of last file track of playlist \"Library\""_qs, u"\"Three\""_qs},
+       {u"name of middle track of playlist 1"_qs, u"\"Two\""_qs},
+       {u"name of track id 5 of playlist 1"_qs, u"\"One\""_qs},
+       {u"name of every track of playlist 1"_qs, u"{\"One\", \"Two\", \"Three\"}"_qs},
+       {u"artist of tracks 1 thru 2 of playlist 1"_qs, u"{\"Ann\", \"Ann\"}"_qs},
+       {u"class of track 1 of playlist 1 is file track"_qs, u"true"_qs},
+       {u"size of track 1 of playlist 1"_qs, u"5e+09"_qs},
+       {u"POSIX path of (get location of track 1 of playlist 1)"_qs, u"\"/music/One\""_qs},
+       {u"tell track 2 of playlist 1 // name // end tell"_qs, u"\"Two\""_qs},
+       {u"tell playlist 1 // name of track 2 // end tell"_qs, u"\"Two\""_qs},
+       {u"track 1 of playlist 1 is first track of user playlist \"Road\""_qs, u"true"_qs},
+       {u"name of tracks 1 thru 2 of playlist 1 whose name is not \"One\""_qs, u"{\"Two\", \"Three\"}"_qs},
+       {u"name of track 2 of playlist 1 whose name is not \"One\""_qs, u"\"Three\""_qs},
+       {u"name of track \"two\" of playlist 1 whose artist is \"Ann\""_qs, u"\"Two\""_qs},
+       {u"every track of playlist 1 // return result's class is list"_qs, u"true"_qs},
+       {u"track 1 of playlist 1"_qs, u"none"_qs}});
 }
 
 TEST_F(EvalThings, WhatIsNotThereIsAnErrorAtItsPlace) {
@@ -37,6 +41,10 @@ TEST_F(EvalThings, WhatIsNotThereIsAnErrorAtItsPlace) {
              {u"name of tracks of user playlist \"Smart\""_qs,
               u"-1728 [name of tracks of user playlist \"Smart\"]"_qs},
              {u"set L to tracks of user playlist \"Smart\" // name of L"_qs, u"-1728 [name of L]"_qs},
+             {u"track \"One\" of playlist 1 whose artist is \"Bo\""_qs,
+              u"-1728 [track \"One\" of playlist 1 whose artist is \"Bo\"]"_qs},
+             {u"every character of \"ab\" whose it is \"b\""_qs,
+              u"-1728 [every character of \"ab\" whose it is \"b\"]"_qs},
              {u"album of playlist 1"_qs, u"-1728 [album of playlist 1]"_qs},
              {u"set persistent ID of track 1 of playlist 1 to \"x\""_qs,
               u"-10003 [persistent ID of track 1 of playlist 1]"_qs},

@@ -95,6 +95,7 @@ TEST_F(EvalValues, TextsComeApartByCharactersWordsParagraphsAndDelimiters) {
          {u"character 4 of \"abc\""_qs, u"-1728 [character 4 of \"abc\"]"_qs},
          {u"words of \"Don't stop, now\""_qs, u"{\"Don't\", \"stop\", \"now\"}"_qs},
          {u"paragraphs of (\"a\" & return & linefeed & \"b\" & linefeed)"_qs, u"{\"a\", \"b\", \"\"}"_qs},
+         {u"text of \"abc\""_qs, u"\"abc\""_qs},
          {u"last character of \"abc\""_qs, u"\"c\""_qs},
          {u"characters 2 thru 3 of \"abc\""_qs, u"{\"b\", \"c\"}"_qs},
          {u"set AppleScript's text item delimiters to {\", \", \";\"} // text items of \"a;b, c\""_qs,
@@ -108,8 +109,11 @@ TEST_F(EvalValues, TextsComeApartByCharactersWordsParagraphsAndDelimiters) {
          {u"count of \"abc\""_qs, u"3"_qs}});
 }
 
-TEST_F(EvalValues, ListsAreSharedAndCopiesAreNot) {
-  check({{u"set a to {1} // set b to a // set end of b to 2 // a"_qs, u"{1, 2}"_qs},
+TEST_F(EvalValues, ListsAndDatesAreSharedAndCopiesAreNot) {
+  check({{u"set a to current date // set b to a // copy a to c // set year of b to 1999 // "
+          u"{year of a = 1999, year of c = 1999}"_qs,
+          u"{true, false}"_qs},
+         {u"set a to {1} // set b to a // set end of b to 2 // a"_qs, u"{1, 2}"_qs},
          {u"set a to {1, {2}} // copy a to b // set end of item 2 of b to 3 // a"_qs, u"{1, {2}}"_qs},
          {u"set L to {1, 2, 3} // set item 2 of L to \"x\" // set beginning of L to 0 // L"_qs,
           u"{0, 1, \"x\", 3}"_qs},

@@ -121,6 +121,9 @@ TEST(ScriptParser, TheDictionarysWordsHoldInsideItsBlocksOnly) {
       {"name of every track of library playlist 1 whose artist is a and (year > 2)",
        "(prop name of:(every <track> of:(key <library playlist> 1) whose:(((prop artist) = a) and "
        "((prop year) > 2))))"},
+      {"track 1 of every playlist whose name is n",
+       "(key <track> 1 of:(every <playlist> whose:((prop name) = n)))"},
+      {"track 1 of P whose name is n", "(key <track> 1 of:p whose:((prop name) = n))"},
       {"tracks 2 thru 5 of user playlist \"x\"", "(range <track> 2 5 of:(key <user playlist> \"x\"))"},
       {"file track id 77 of P exists", "(exists (id <file track> 77 of:p))"},
       {"not (exists (some track of P whose name is n))",
@@ -233,6 +236,8 @@ TEST(ScriptParser, WhatDoesNotFitIsNamedWithItsPlace) {
            {"exit repeat", -2755, 0, 11},
            {"repeat\nscript s\nexit repeat\nend\nend", -2755, 16, 11},
            {"considering case but ignoring case\nend", -2720, 0, 34},
+           {"considering numeric strings\nend", -2741, 12, 7},
+           {"count of L whose x", -2740, 11, 5},
        }) {
     const QString source = QString::fromUtf8(wrong.source);
     try {
