@@ -48,6 +48,14 @@ bool ArtworkObject::exists() const {
 }
 
 ScriptValue ArtworkObject::property(const QString &term) {
+  if (term == u"properties") {
+    ScriptRecordFields fields;
+    for (const QString &each :
+         {u"class"_qs, u"index"_qs, u"format"_qs, u"kind"_qs, u"description"_qs, u"downloaded"_qs}) {
+      fields.emplace_back(each, property(each));
+    }
+    return ScriptValue::record(std::move(fields));
+  }
   if (term == u"class") return ScriptClassName{className()};
   if (term == u"index") return qint64(index + 1);
   if (term == u"container") {
@@ -68,7 +76,10 @@ ScriptValue ArtworkObject::property(const QString &term) {
 }
 
 void ArtworkObject::setProperty(const QString &term, const ScriptValue &value) {
-  if (term != u"data" && term != u"raw data") throw refusal::readOnly(term);
+  if (term != u"data" && term != u"raw data") {
+    property(term);  // -1728 for one that artworks do not have
+    throw refusal::readOnly(term);
+  }
   if (!value.is(ScriptValue::Type::Data) || value.data().isEmpty()) throw refusal::unfit(term);
   const ID3ImagePtr picture = ID3Image::imageWithDataMimeType(value.data(), {});
   if (picture->autodetectMIMEFormat().isNull()) throw refusal::unfit(term, u"it is no picture"_qs);

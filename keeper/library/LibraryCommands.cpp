@@ -30,6 +30,19 @@ void requireExistence(const ScriptObject &object) {
   if (!object.exists()) throw refusal::cannotGet(u"that "_qs + object.className());
 }
 
+/// The folder that a place for playlists means; none for the top, which the library, its source and the
+/// application stand for. -10010 for anything else.
+PlaylistRow folderOf(const ScriptValue &place, const QString &label) {
+  if (!place.is(ScriptValue::Type::Object)) commandThings::throwWrongClass(label);
+  const auto playlist = as<PlaylistObject>(place.object());
+  const bool isSource = as<SourceObject>(place.object()) || as<ScriptApplication>(place.object());
+  if (!playlist && isSource) return PlaylistRow::None;
+  const int flags = playlist ? playlist->info().flags : 0;
+  if (flags & storeSchema::kFolder) return playlist->playlist();
+  if ((flags & storeSchema::kMaster) == 0) commandThings::throwWrongClass(label);
+  return PlaylistRow::None;
+}
+
 /// What a `delete` is to remove, by what has to be told to the store.
 struct Removal {
   TrackRows tracks;
@@ -160,15 +173,7 @@ ScriptValue duplicate(KeeperContext &context, const ScriptCommand &command) {
 ScriptValue move(KeeperContext &context, const ScriptCommand &command) {
   const ScriptValue *to = command.parameter(u"to"_qs);
   if (!to) throw refusal::error(scriptErrors::kParameterMissing, u"move needs a folder."_qs);
-  PlaylistRow folder = PlaylistRow::None;
-  const bool isToTop = to->is(ScriptValue::Type::Object) && !as<PlaylistObject>(to->object());
-  if (!isToTop) {
-    const auto target = commandThings::parameter<PlaylistObject>(command, u"to"_qs);
-    const int flags = target->info().flags;
-    if ((flags & (storeSchema::kFolder | storeSchema::kMaster)) == 0)
-      commandThings::throwWrongClass(u"to"_qs);
-    if (flags & storeSchema::kFolder) folder = target->playlist();
-  }
+  const PlaylistRow folder = folderOf(*to, u"to"_qs);
   const ScriptObjects objects = commandThings::of(command);
   StoreBatch batch(context.store);
   for (const ScriptObjectPtr &object : objects) {
@@ -191,20 +196,14 @@ ScriptValue make(KeeperContext &context, const ScriptCommand &command) {
     throw refusal::error(scriptErrors::kWrongClass, u"Can't make that class of thing."_qs);
   }
   PlaylistRow folder = PlaylistRow::None;
-  const ScriptValue *at = command.parameter(u"at"_qs);
-  const auto place = at && at->is(ScriptValue::Type::Object) ? as<PlaylistObject>(at->object()) : nullptr;
-  if (place && (place->info().flags & storeSchema::kFolder)) folder = place->playlist();
-
+  if (const ScriptValue *at = command.parameter(u"at"_qs)) folder = folderOf(*at, u"at"_qs);
   const Dictionary record = Dictionary::make();
   record.set(keys::Name, isFolder ? u"untitled folder"_qs : u"untitled playlist"_qs);
   if (isFolder) record.set(keys::Folder, true);
   const ScriptValue *given = command.parameter(u"with properties"_qs);
-  if (given && !given->is(ScriptValue::Type::Record)) throw refusal::unfit(u"the properties"_qs);
   StoreBatch batch(context.store);
   const auto made = std::make_shared<PlaylistObject>(context, context.store.playlists().make(record, folder));
-  if (given) {
-    for (const auto &[term, value] : given->fields()) made->setProperty(term, value);
-  }
+  if (given) made->setProperty(u"properties"_qs, *given);
   batch.commit();
   return ScriptObjectPtr(made);
 }

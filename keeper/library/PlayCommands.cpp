@@ -12,6 +12,7 @@
 
 void PlayCommands::update() {
   if (!context.player.isAtEnd()) return;
+  if (onlyOnce) return context.player.stop();
   if (repeats == u"one") {
     const Player::Item item = *context.player.current();
     context.player.start(item);
@@ -31,6 +32,8 @@ ScriptValue PlayCommands::play(const ScriptCommand &command) {
     }
     return {};
   }
+  const ScriptValue *once = command.parameter(u"once"_qs);
+  onlyOnce = once && flagOfValue(*once).value_or(false);
   if (const std::optional<QString> path = pathOfValue(what)) {
     if (!QFileInfo(*path).isFile()) throw refusal::fileNotFound(*path);
     const TrackRows known = context.store.tracks().atPath(*path);
@@ -96,6 +99,7 @@ std::optional<qsizetype> PlayCommands::indexAfter(qsizetype index, qsizetype cou
 }
 
 void PlayCommands::step(int by) {
+  onlyOnce = false;
   const std::optional<qsizetype> index = currentIndex();
   if (!index) return context.player.stop();
   const PlaylistRow playlist = context.player.current()->playlist;

@@ -13,7 +13,8 @@ class PlayCommands {
   void update();
 
   /// `play [TRACK|PLAYLIST|FILE]`; without anything it goes on, or begins the library. A file that the
-  /// library does not know plays without becoming a track. -43 if the file is gone.
+  /// library does not know plays without becoming a track. With `once` nothing follows what plays. -43 if the
+  /// file is gone.
   ScriptValue play(const ScriptCommand &command);
   void pause() { context.player.pause(); }
   void playPause();
@@ -45,4 +46,6 @@ class PlayCommands {
   qsizetype countOf(PlaylistRow playlist) const;
 
   KeeperContext &context;
+  /// True if what plays is to be the last.
+  bool onlyOnce = false;
 };

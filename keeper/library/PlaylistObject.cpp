@@ -144,6 +144,7 @@ ScriptValue PlaylistObject::sum(Key key) {
 void PlaylistObject::setProperty(const QString &term, const ScriptValue &value) {
   withStoreErrors([&] {
     PlaylistTable &playlists = context.store.playlists();
+    if (term == u"properties") return setProperties(value);
     const bool isText = term == u"name" || term == u"description";
     const Key flag = changeableFlag(term);
     if (!isText && flag.isAbsent()) {
@@ -161,6 +162,13 @@ void PlaylistObject::setProperty(const QString &term, const ScriptValue &value) 
     if (!given) throw refusal::unfit(term);
     playlists.set(row, {keyEdits::setFlag(flag, *given)});
   });
+}
+
+void PlaylistObject::setProperties(const ScriptValue &value) {
+  if (!value.is(ScriptValue::Type::Record)) throw refusal::unfit(u"properties"_qs);
+  StoreBatch batch(context.store);
+  for (const auto &[term, each] : value.fields()) setProperty(term, each);
+  batch.commit();
 }
 
 namespace {

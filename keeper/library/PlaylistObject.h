@@ -34,6 +34,8 @@ class PlaylistObject : public ScriptObject {
 
  private:
   ScriptValue ownProperty(const QString &term);
+  /// All of a record or none.
+  void setProperties(const ScriptValue &value);
   ScriptValue sum(Key key);
 
   KeeperContext &context;

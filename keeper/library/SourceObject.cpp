@@ -23,6 +23,14 @@ bool SourceObject::isSame(const ScriptObject &other) const {
 
 ScriptValue SourceObject::property(const QString &term) {
   return withStoreErrors([&]() -> ScriptValue {
+    if (term == u"properties") {
+      ScriptRecordFields fields;
+      for (const QString &each : {u"class"_qs, u"id"_qs, u"index"_qs, u"name"_qs, u"persistent id"_qs,
+                                  u"kind"_qs, u"capacity"_qs, u"free space"_qs}) {
+        fields.emplace_back(each, property(each));
+      }
+      return ScriptValue::record(std::move(fields));
+    }
     if (term == u"name") return u"Library"_qs;
     if (term == u"kind") return ScriptConstant{u"library"_qs};
     if (term == u"class") return ScriptClassName{className()};

@@ -180,6 +180,16 @@ std::vector<TrackField> choices() {
           date(u"skipped date"_qs, keys::SkipDate)};
 }
 
+// What a library without a shop and a cloud has to say about both.
+std::vector<TrackField> shopFacts() {
+  const auto constant = [](const QString &term, const ScriptValue &value) -> TrackField {
+    return {term, Key(), [value](const KeyReader &) { return value; }, {}};
+  };
+  return {constant(u"cloud status"_qs, ScriptConstant{u"unknown"_qs}), constant(u"purchaser name"_qs, u""_qs),
+          constant(u"purchaser apple id"_qs, u""_qs), constant(u"downloader name"_qs, u""_qs),
+          constant(u"downloader apple id"_qs, u""_qs)};
+}
+
 std::vector<TrackField> facts() {
   return {dateFact(u"date added"_qs, keys::DateAdded),
           dateFact(u"modification date"_qs, keys::DateModified),
@@ -200,7 +210,7 @@ std::vector<TrackField> facts() {
 const std::vector<TrackField> &trackFields() {
   static const std::vector<TrackField> all = [] {
     std::vector<TrackField> made;
-    for (const auto &part : {facts(), names(), numbers(), choices()}) {
+    for (const auto &part : {facts(), names(), numbers(), choices(), shopFacts()}) {
       made.insert(made.end(), part.begin(), part.end());
     }
     return made;

@@ -78,21 +78,41 @@ ScriptValue TrackObject::allProperties() {
 void TrackObject::setProperty(const QString &term, const ScriptValue &value) {
   withStoreErrors([&] {
     requireExistence();
-    TrackTable &tracks = context.store.tracks();
     if (term == u"location") return trackEditing::setLocation(context, row, value);
     if (term == u"lyrics") return trackEditing::setLyrics(context, row, value);
-    if (term == u"address" && className() == u"url track") {
-      const std::optional<QString> address = textOfValue(value);
-      if (!address || address->isEmpty()) throw refusal::unfit(term);
-      return trackEditing::change(context, row, {keyEdits::setText(keys::Location, *address)});
-    }
-    const TrackField *field = trackField(term);
-    if (!field && term != u"index" && term != u"class" && term != u"container") {
-      throw refusal::cannotGet(term + u" of that track"_qs);
-    }
-    if (!field || !field->write) throw refusal::readOnly(term);
-    trackEditing::change(context, row, field->write(value, [&](Key key) { return tracks.value(row, key); }));
+    if (term == u"properties") return setProperties(value);
+    trackEditing::change(context, row, changesFor(term, value));
   });
+}
+
+KeyChanges TrackObject::changesFor(const QString &term, const ScriptValue &value) const {
+  if (term == u"address" && className() == u"url track") {
+    const std::optional<QString> address = textOfValue(value);
+    if (!address || address->isEmpty()) throw refusal::unfit(term);
+    return {keyEdits::setText(keys::Location, *address)};
+  }
+  const TrackField *field = trackField(term);
+  if (!field && term != u"index" && term != u"class" && term != u"container") {
+    throw refusal::cannotGet(term + u" of that track"_qs);
+  }
+  if (!field || !field->write) throw refusal::readOnly(term);
+  return field->write(value, [this](Key key) { return context.store.tracks().value(row, key); });
+}
+
+void TrackObject::setProperties(const ScriptValue &value) {
+  if (!value.is(ScriptValue::Type::Record)) throw refusal::unfit(u"properties"_qs);
+  KeyChanges changes;
+  ScriptRecordFields ofFile;
+  for (const auto &[term, each] : value.fields()) {
+    if (term == u"location" || term == u"lyrics") {
+      ofFile.emplace_back(term, each);
+      continue;
+    }
+    const KeyChanges some = changesFor(term, each);
+    changes.insert(changes.end(), some.begin(), some.end());
+  }
+  trackEditing::change(context, row, changes);
+  for (const auto &[term, each] : ofFile) setProperty(term, each);
 }
 
 qsizetype TrackObject::elementCount(const QString &className) {

@@ -34,6 +34,10 @@ class TrackObject : public ScriptObject {
  private:
   void requireExistence() const;
   ScriptValue allProperties();
+  /// The keys that a change of a property comes to.
+  KeyChanges changesFor(const QString &term, const ScriptValue &value) const;
+  /// Several at once: what the library keeps as one change, then what the file keeps.
+  void setProperties(const ScriptValue &value);
   std::optional<qsizetype> index() const;
 
   KeeperContext &context;

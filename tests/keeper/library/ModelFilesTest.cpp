@@ -189,6 +189,9 @@ TEST_F(ModelFiles, ArtworksAreCountedCopiedAndDeletedInTheFile) {
        u"1"_qs},
       {u"set raw data of artwork 1 of track 2 to raw data of artwork 1 of track 1\nreturn count of artworks of track 2"_qs,
        u"1"_qs},
+      {u"return kind of (get properties of artwork 1 of track 2)"_qs, u"0"_qs},
+      {u"set kind of artwork 1 of track 2 to 4"_qs, u"error -10003"_qs},
+      {u"set artist of artwork 1 of track 2 to \"x\""_qs, u"error -1728"_qs},
       {u"delete every artwork of track 1\nreturn count of artworks of track 1"_qs, u"0"_qs},
       {u"delete artwork 1 of track 1"_qs, u"error -1728"_qs},
   });

@@ -50,6 +50,15 @@ TEST_F(Playing, StepsAndRepeatsAsTold) {
   EXPECT_EQ(keeper.tell(u"delete (current track)\nreturn player state as text"_qs), u"stopped"_qs);
 }
 
+TEST_F(Playing, NothingFollowsWhatPlaysOnce) {
+  keeper.tell(u"play track 1 with once"_qs);
+  pass(11);
+  EXPECT_EQ(keeper.tell(u"return player state as text"_qs), u"stopped"_qs);
+  keeper.tell(u"play track 1 with once\nnext track"_qs);
+  pass(11);
+  EXPECT_EQ(now(), u"playingThree"_qs) << "a step ends it";
+}
+
 TEST_F(Playing, AFileOutsideTheLibraryPlaysAndDoesNotBecomeATrack) {
   const QString path = makeSong(u"other/x.mp3"_qs, {});
   EXPECT_EQ(keeper.tell(u"play "_qs + file(path) + u"\nreturn player state as text"_qs), u"playing"_qs);
