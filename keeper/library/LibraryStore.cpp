@@ -122,6 +122,15 @@ void LibraryStore::close() {
   base->close();
 }
 
+void LibraryStore::deferDisk() {
+  // The log is still brought to the disk before anything of it goes to the file.
+  base->execute(QStringLiteral("PRAGMA synchronous = NORMAL"));
+}
+
+quint64 LibraryStore::commitCount() const {
+  return base->commitCount();
+}
+
 bool LibraryStore::isOpen() const {
   return base->isOpen();
 }

@@ -13,8 +13,8 @@ class StoreDatabase;
 class TrackTable;
 
 /// The library of Music Keeper on disk: one database file in the library's folder. Each change is a
-/// transaction of its own and has reached the disk when its operation returns; within a `StoreBatch` the
-/// whole batch is one. The file's modification date is set after each of them. Operations throw `StoreError`.
+/// transaction of its own and has reached the disk when its operation returns, unless `deferDisk` says
+/// otherwise; within a `StoreBatch` the whole batch is one. The file's modification date is set after each of them. Operations throw `StoreError`.
 /// One thread; another thread opens a store of its own on the same folder and sees what was committed before
 /// it looks.
 class LibraryStore {
@@ -30,6 +30,13 @@ class LibraryStore {
   [[nodiscard]] QString open(const QString &folder, Access access = Access::ReadWrite);
   void close();
   bool isOpen() const;
+
+  /// From now on until it is closed, changes do not wait for the disk: they outlast this process, in their
+  /// order, and the machine's end once `storeLog::flush` has returned.
+  void deferDisk();
+  /// Counts the transactions that this object has committed.
+  quint64 commitCount() const;
+
   /// Whether a folder holds a store.
   static bool existsIn(const QString &folder);
   /// The store's file, and the folder that it is in.

@@ -120,6 +120,7 @@ void StoreDatabase::commit() {
     throw;
   }
   depth = 0;
+  ++commits;
   touchFile();
 }
 

@@ -45,6 +45,9 @@ class StoreDatabase {
   /// Says that the running transaction changes the library, not only notes about it.
   void markChanged() { hasChanged = true; }
 
+  /// How many transactions have been committed through this object.
+  quint64 commitCount() const { return commits; }
+
   qint64 changeStamp() const { return stamp; }
   /// Takes in what other connections have done; true if there was anything.
   bool refresh();
@@ -81,6 +84,7 @@ class StoreDatabase {
   int depth = 0;
   bool hasChanged = false;
   bool isBroken = false;
+  quint64 commits = 0;
   qint64 stamp = 0;
   qint64 lastNumber = 0;
   qint64 dataVersion = -1;

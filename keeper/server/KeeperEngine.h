@@ -14,6 +14,11 @@ class KeeperEngine {
   /// Answers a request that is no script and needs the library: a text with the lines to show, or a failure.
   virtual ScriptOutcome importFile(const keeperProtocol::ImportRequest &request) = 0;
   virtual ScriptOutcome exportFile(const keeperProtocol::ExportRequest &request) = 0;
+  /// Whether something that was changed may not have reached the disk yet. Script thread.
+  virtual bool hasUnsecured() = 0;
+  /// Returns once all that was changed before has reached the disk; empty, or one line that says why that is
+  /// not sure. Any thread, beside scripts that run.
+  [[nodiscard]] virtual QString secure() = 0;
   /// The script or import that runs ends as soon as it can, with a failure, and so does all that comes after
   /// it. Any thread.
   virtual void interrupt() = 0;

@@ -15,9 +15,9 @@ KeeperService::KeeperService(KeeperPlace place, KeeperEngine &engine_,
                              std::function<void(const QString &)> onEnd_)
     : engine(engine_),
       onEnd(std::move(onEnd_)),
-      server(std::move(place), [this](ScriptServer::ClientID client, const QByteArray &message) {
-        received(client, message);
-      }) {}
+      server(std::move(place),
+             [this](ScriptServer::ClientID client, const QByteArray &message) { received(client, message); }),
+      gate([this] { return engine.secure(); }) {}
 
 KeeperService::~KeeperService() {
   stop();
@@ -35,6 +35,7 @@ void KeeperService::stop() {
   if (std::exchange(stopped, true)) return;
   server.leave();
   scripts.finish([this] { engine.close(); });
+  gate.finish();
   server.close();
 }
 
@@ -67,6 +68,18 @@ void KeeperService::perform(ScriptServer::ClientID client, const Request &reques
   } else {
     answer = encodeStatus(engine.status());
   }
+  const bool quits = engine.wantsToQuit();
+  if (!engine.hasUnsecured()) return send(client, answer, quits, {});
+  gate.pass([=, this](const QString &problem) { send(client, answer, quits, problem); });
+}
+
+void KeeperService::send(ScriptServer::ClientID client, const QByteArray &answer, bool quits,
+                         const QString &problem) {
+  // A disk that has failed once may claim later to hold what it lost: only a new start sees what it has.
+  if (!problem.isEmpty()) {
+    server.answer(client, encodeOutcome(failed(kHandlerFailed, problem)));
+    return onEnd(problem);
+  }
   server.answer(client, answer);
-  if (engine.wantsToQuit()) onEnd({});
+  if (quits) onEnd({});
 }

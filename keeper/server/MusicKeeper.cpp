@@ -9,6 +9,7 @@
 #include "keeper/library/KeeperApplication.h"
 #include "keeper/library/LibraryExport.h"
 #include "keeper/library/LibrarySource.h"
+#include "keeper/library/StoreLog.h"
 #include "keeper/library/TrackTable.h"
 #include "keeper/script/Interpreter.h"
 #include "keeper/server/FirstImport.h"
@@ -16,6 +17,7 @@
 #include "keeper/server/KeeperPreferences.h"
 #include "keeper/server/LibraryNotes.h"
 #include "platform/Platform.h"
+#include "platform/keeper/StoreSchema.h"
 #include "support/BMLog.h"
 
 using namespace keeperProtocol;
@@ -82,6 +84,8 @@ QString MusicKeeper::openStore(LibraryStore::Access access) {
   endScripts();
   const QString problem = store.open(setup.folder, access);
   if (!problem.isEmpty()) return problem;
+  // What is done once is told without the gate of the answers.
+  if (!setup.waitsForImport && access == LibraryStore::Access::ReadWrite) store.deferDisk();
   KeeperHooks hooks;
   hooks.settings = readKeeperSettings;
   hooks.exportLibrary = [this] { return exportSoon(); };
@@ -103,6 +107,18 @@ void MusicKeeper::interrupt() {
   const std::lock_guard guard(replacing);
   interrupted = true;
   if (interpreter) interpreter->stop();
+}
+
+bool MusicKeeper::hasUnsecured() {
+  committed = store.commitCount();
+  return committed != secured;
+}
+
+QString MusicKeeper::secure() {
+  const quint64 made = committed;
+  const QString problem = storeLog::flush(setup.folder + u'/' + storeSchema::kFileName);
+  if (problem.isEmpty()) secured = made;
+  return problem;
 }
 
 ScriptOutcome MusicKeeper::run(const QString &source) {

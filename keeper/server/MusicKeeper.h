@@ -39,6 +39,8 @@ class MusicKeeper : public KeeperEngine {
   ScriptOutcome run(const QString &source) override;
   ScriptOutcome importFile(const keeperProtocol::ImportRequest &request) override;
   ScriptOutcome exportFile(const keeperProtocol::ExportRequest &request) override;
+  bool hasUnsecured() override;
+  QString secure() override;
   void interrupt() override;
   void close() override;
   bool wantsToQuit() const override { return quits; }
@@ -65,6 +67,9 @@ class MusicKeeper : public KeeperEngine {
   StatusBoard board;
   std::atomic<bool> quits = false;
   std::atomic<bool> interrupted = false;
+  /// Counts of commits: those made, and those of them that the disk has for sure.
+  std::atomic<quint64> committed = 0;
+  std::atomic<quint64> secured = 0;
   /// One export at a time.
   std::mutex exporting;
 

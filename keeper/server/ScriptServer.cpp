@@ -65,11 +65,14 @@ bool ScriptServer::listen(QString *error) {
 }
 
 void ScriptServer::answer(ClientID client, const QByteArray &text) {
+  bool isFirst = false;
   {
     const std::lock_guard guard(lock);
+    isFirst = answers.empty();
     answers.push_back({client, text});
   }
-  wake();
+  // Those behind it are taken together with it.
+  if (isFirst) wake();
 }
 
 void ScriptServer::leave() {

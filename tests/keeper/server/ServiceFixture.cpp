@@ -15,6 +15,7 @@ ScriptOutcome StandInEngine::run(const QString &source) {
     std::unique_lock guard(lock);
     change.wait(guard, [this] { return goesOn; });
   }
+  if (source == u"change") ++changed;
   if (source == u"quit") quits = true;
   if (source == u"large") return {ScriptDescriptor::ofText(QString(12 * 1024 * 1024, u'l')), std::nullopt};
   return {ScriptDescriptor::ofText(source), std::nullopt};
@@ -25,6 +26,27 @@ keeperProtocol::Status StandInEngine::status() const {
   status.version = QStringLiteral("1.0");
   status.tracks = ran;
   return status;
+}
+
+QString StandInEngine::secure() {
+  const int made = changed;
+  ++flushes;
+  std::unique_lock guard(lock);
+  change.wait(guard, [this] { return diskGoesOn; });
+  if (diskProblem.isEmpty()) secured = made;
+  return diskProblem;
+}
+
+void StandInEngine::holdDisk() {
+  const std::lock_guard guard(lock);
+  diskGoesOn = false;
+}
+
+void StandInEngine::letDiskGoOn(const QString &problem) {
+  const std::lock_guard guard(lock);
+  diskGoesOn = true;
+  diskProblem = problem;
+  change.notify_all();
 }
 
 void StandInEngine::letGoOn() {
@@ -42,6 +64,7 @@ ServiceFixture::ServiceFixture()
 
 ServiceFixture::~ServiceFixture() {
   engine.letGoOn();
+  engine.letDiskGoOn();
 }
 
 std::unique_ptr<KeeperConnection> ServiceFixture::connect() {

@@ -7,7 +7,8 @@
 #include "platform/keeper/KeeperConnection.h"
 #include "tests/fixtures/TestPlatform.h"
 
-/// Answers scripts in place of a library: a text by itself, "wait" once it is let go on, "large" by 12 MiB,
+/// Answers scripts in place of a library: a text by itself, "change" by changing something that the disk then
+/// has to get, "wait" once it is let go on, "large" by 12 MiB,
 /// "quit" by asking to quit.
 class StandInEngine : public KeeperEngine {
  public:
@@ -15,20 +16,27 @@ class StandInEngine : public KeeperEngine {
   ScriptOutcome run(const QString &source) override;
   ScriptOutcome importFile(const keeperProtocol::ImportRequest &) override { return {}; }
   ScriptOutcome exportFile(const keeperProtocol::ExportRequest &) override { return {}; }
+  bool hasUnsecured() override { return changed != secured; }
+  QString secure() override;
   void interrupt() override {}
   void close() override { isClosed = true; }
   bool wantsToQuit() const override { return quits; }
   keeperProtocol::Status status() const override;
 
   void letGoOn();
+  /// Holds the disk, or lets it go on, with a problem or without.
+  void holdDisk();
+  void letDiskGoOn(const QString &problem = {});
 
   std::atomic<int> ran = 0;
   std::atomic<bool> isClosed = false;
+  std::atomic<int> changed = 0, secured = 0, flushes = 0;
 
  private:
   std::mutex lock;
   std::condition_variable change;
-  bool goesOn = false;
+  bool goesOn = false, diskGoesOn = true;
+  QString diskProblem;
   std::atomic<bool> quits = false;
 };
 

@@ -76,6 +76,36 @@ TEST_F(KeeperServer, TellsItsStateAtOnceWhileAScriptRuns) {
   asking.join();
 }
 
+TEST_F(KeeperServer, NoAnswerLeavesBeforeTheDiskHasWhatItTells) {
+  engine.holdDisk();
+  std::atomic<int> answered = 0;
+  std::vector<std::thread> clients;
+  const auto begin = [&](const QString &script) {
+    const int before = engine.ran;
+    clients.emplace_back([this, script, &answered] {
+      EXPECT_EQ(ask(*connect(), script), script);
+      ++answered;
+    });
+    ASSERT_TRUE(eventually([&] { return engine.ran == before + 1; })) << "scripts wait for no disk";
+  };
+  begin(QStringLiteral("change"));
+  ASSERT_TRUE(eventually([this] { return engine.flushes == 1; }));
+  for (int i = 0; i < 4; ++i) begin(QStringLiteral("change"));
+  begin(QStringLiteral("look"));
+  EXPECT_EQ(answered, 0) << "what was only seen could vanish as well";
+  engine.letDiskGoOn();
+  for (std::thread &client : clients) client.join();
+  EXPECT_EQ(engine.flushes, 2) << "those that waited share one visit to the disk";
+  EXPECT_EQ(ask(*connect(), QStringLiteral("look")), QStringLiteral("look"));
+  EXPECT_EQ(engine.flushes, 2);
+}
+
+TEST_F(KeeperServer, AFailedDiskIsAnsweredAndEndsTheService) {
+  engine.letDiskGoOn(QStringLiteral("the disk is gone"));
+  EXPECT_EQ(ask(*connect(), QStringLiteral("change")), QStringLiteral("error -10000"));
+  EXPECT_TRUE(eventually([this] { return ends == 1; }));
+}
+
 TEST_F(KeeperServer, GarbageIsAnsweredAndCostsNobodyElseAnything) {
   const auto connection = connect();
   for (const QByteArray &garbage : {QByteArray("no JSON"), QByteArray(100'000, '['), QByteArray("{}")}) {
