@@ -4,7 +4,6 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <thread>
 
 #include "keeper/library/LibraryStore.h"
@@ -70,35 +69,6 @@ TEST_F(KeeperProcess, WrongUseIsToldWithoutALibraryBeingMade) {
     EXPECT_EQ(runToEnd(QString::fromLatin1(arguments).split(u' ')), 2) << arguments;
   EXPECT_EQ(runToEnd({QStringLiteral("--help")}), 0);
   EXPECT_FALSE(QFileInfo::exists(libraryFolder()));
-}
-
-TEST_F(KeeperProcess, AKillLosesNothingThatWasAcknowledged) {
-  QStringList acknowledged;
-  for (int round = 0; round < 6; ++round) {
-    start();
-    for (const QString &name : acknowledged) {
-      EXPECT_EQ(tell(QStringLiteral("count (every user playlist whose name is \"%1\")").arg(name)),
-                QStringLiteral("1"));
-    }
-    std::atomic<int> made = 0;
-    std::thread changing([&] {
-      for (int i = 0;; ++i) {
-        const QString name = QStringLiteral("k%1-%2").arg(round).arg(i);
-        const QString identifier = tell(
-            QStringLiteral("return persistent ID of (make new user playlist with properties {name:\"%1\"})")
-                .arg(name));
-        if (identifier.startsWith(u"error")) return;
-        acknowledged += name;
-        ++made;
-      }
-    });
-    const int enough = 1 + QRandomGenerator::global()->bounded(20);
-    EXPECT_TRUE(eventually([&] { return made >= enough; }));
-    ::kill(pid_t(process.processId()), SIGKILL);
-    EXPECT_EQ(waitForEnd(), -1);
-    changing.join();
-  }
-  EXPECT_GE(acknowledged.size(), 6);
 }
 
 TEST_F(KeeperProcess, AStoppedOneKeepsItsCallersWaitingAndGoesOn) {
