@@ -98,6 +98,9 @@ bool EvalFilter::holds(ScriptRun &run, const Node &node, const Row &row) {
   static const ScriptTextRules rules;
   const ScriptValue left = valueOf(run, node.left, row);
   const ScriptValue right = valueOf(run, node.right, row);
+  // What has no date stands neither before nor behind one. The language would stop here, applications do not.
+  const bool isOrder = node.op >= Operator::Less && node.op <= Operator::GreaterOrEqual;
+  if (isOrder && (left.is(Type::Missing) || right.is(Type::Missing))) return false;
   return scriptOperators::apply(node.op, left, right, rules).boolean();
 }
 

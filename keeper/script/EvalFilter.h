@@ -7,7 +7,8 @@
 #include "keeper/script/ScriptRun.h"
 
 /// The test of a `whose`, with everything in it that does not depend on the tested thing worked out once.
-/// Texts are compared without regard to case, whatever the script considers, as applications do. Made and
+/// Texts are compared without regard to case, whatever the script considers, and missing values stand in no
+/// order, as applications do. Made and
 /// used in one run.
 class EvalFilter {
  public:

@@ -75,6 +75,8 @@ TEST_F(EvalThings, TestsIgnoreCaseAndTakeWhatTheyCanGet) {
         u"{\"One\", \"Two\"}"_qs},
        {u"name of every user playlist whose (count of tracks) > 1"_qs, u"{\"Road\"}"_qs},
        {u"name of (every track of playlist 1 where its name contains \"t\")"_qs, u"{\"Two\", \"Three\"}"_qs},
+       {u"count of (every track of playlist 1 whose played date < (current date) or name is \"One\")"_qs,
+        u"1"_qs},
        {u"(every track of playlist 1 whose name is \"x\")"_qs, u"{}"_qs}});
 }
 
