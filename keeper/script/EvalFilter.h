@@ -8,8 +8,7 @@
 
 /// The test of a `whose`, with everything in it that does not depend on the tested thing worked out once.
 /// Texts are compared without regard to case, whatever the script considers, and missing values stand in no
-/// order, as applications do. Made and
-/// used in one run.
+/// order, as applications do. Made and used in one run.
 class EvalFilter {
  public:
   static std::shared_ptr<const EvalFilter> make(ScriptRun &run, const scriptTree::Expression &test);
