@@ -49,4 +49,8 @@ class ScriptHost {
   /// Compiles and runs a script text and waits for its end, however long that takes. A text that speaks to an
   /// application that is not running launches it first. Any thread, several at once. Never throws.
   virtual ScriptOutcome run(const QString &source) = 0;
+  /// While broken off, the runs that wait for the application fail at once, and so do those that come; what
+  /// the application makes of a script that it has is its own affair. For the end of a program whose
+  /// application hangs. A host that cannot do it goes on as before. Any thread.
+  virtual void setBrokenOff(bool) {}
 };

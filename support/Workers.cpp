@@ -74,6 +74,13 @@ void Workers::joinAll() {
   reap();
 }
 
+bool Workers::waitForAll(double seconds) {
+  const Clock &clock = *platform().clock;
+  const double deadline = clock.now().seconds + seconds;
+  platform().mainLoop->serveUntil([&] { return running() == 0 || clock.now().seconds >= deadline; });
+  return running() == 0;
+}
+
 int Workers::running() const {
   const std::lock_guard guard(lock);
   return int(

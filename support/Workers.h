@@ -23,6 +23,8 @@ class Workers {
   /// Waits until no worker of this owner runs. On the main thread, work that workers hand to the main thread
   /// is served meanwhile, so that none waits for ever. Not from a worker.
   void joinAll();
+  /// Waits in the same way, but no longer than so many seconds; true if no worker runs any more. Main thread.
+  bool waitForAll(double seconds);
 
   /// How many workers of this owner have not ended.
   int running() const;

@@ -2,6 +2,8 @@
 
 #include "app/library/LibraryLocation.h"
 #include "bridge/iTunesInterface.h"
+#include "platform/Platform.h"
+#include "support/BMLog.h"
 #include "support/Preferences.h"
 
 Array &ProblemLists::operator[](ProblemTab tab) {
@@ -38,6 +40,15 @@ QString OperationState::cancelOperationReason() {
 void AppState::endAllWork() {
   mIsEnding = true;
   operation.mCancelOperation = true;
+  constexpr double kLongestSeconds = 10;
+  ScriptHost *const host = platform().scriptHost;
+  if (host && !workers.waitForAll(kLongestSeconds)) {
+    BMLog("!!! at the end %d threads still wait after %.0f seconds: unanswered scripts are broken off",
+          workers.running(), kLongestSeconds);
+    host->setBrokenOff(true);
+    workers.joinAll();
+    host->setBrokenOff(false);
+  }
   workers.joinAll();
 }
 

@@ -122,7 +122,8 @@ struct AppState {
   /// The alert that the music application has quit is on the screen.
   bool mQuitAlertShown = false;
 
-  /// Cancels what runs and waits for the workers; nothing begins from here on. Main thread.
+  /// Cancels what runs and waits for the workers; nothing begins from here on. A music application that has
+  /// not answered a worker's script within ten seconds is waited for no more: the script fails. Main thread.
   void endAllWork();
 
   /// The lock that guards a shared list.

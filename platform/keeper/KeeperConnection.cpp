@@ -116,6 +116,10 @@ std::optional<QByteArray> KeeperConnection::ask(const QByteArray &text, Wait wai
   }
 }
 
+void KeeperConnection::breakOff() {
+  ::shutdown(handle, SHUT_RDWR);
+}
+
 bool KeeperConnection::isUsable() const {
   if (broken) return false;
   // Between two questions nothing comes but the end.

@@ -24,6 +24,8 @@ class KeeperConnection {
   std::optional<QByteArray> ask(const QByteArray &text, Wait wait = std::nullopt);
   /// True while nothing speaks against another question.
   bool isUsable() const;
+  /// Ends the question that waits for its answer: it gets nothing. Any thread.
+  void breakOff();
 
  private:
   using Deadline = std::optional<std::chrono::steady_clock::time_point>;

@@ -14,6 +14,12 @@ namespace {
 // More threads than these do not speak at once for long.
 constexpr size_t kMostIdle = 8;
 constexpr int kMostLaunches = 2;
+// How long somebody who waits to be let in may overlook that all is broken off.
+constexpr auto kLook = 200ms;
+
+ScriptFailure brokenConnection() {
+  return {keeperProtocol::kConnectionInvalid, QStringLiteral("Connection is invalid."), 0, 0};
+}
 
 }  // namespace
 
@@ -28,13 +34,20 @@ class KeeperScriptHost::Door {
   void keep(std::unique_ptr<KeeperConnection> connection);
   /// A connection to a keeper that runs, or that is started and waited for; else why there is none.
   std::unique_ptr<KeeperConnection> connected(ScriptFailure *failure);
+  /// The answer over a connection; nothing if there is none, or if all are broken off meanwhile.
+  std::optional<QByteArray> ask(KeeperConnection &connection, const QByteArray &request);
+  void setBrokenOff(bool isBrokenOff);
 
  private:
+  bool isBrokenOff();
+
   const KeeperPlace place;
   const std::optional<KeeperLauncher> launcher;
   std::mutex lock;
   // Guarded by lock.
   std::vector<std::unique_ptr<KeeperConnection>> idle;
+  std::vector<KeeperConnection *> asked;
+  bool brokenOff = false;
 };
 
 KeeperScriptHost::KeeperScriptHost(const KeeperPlace &place, const std::optional<KeeperLauncher> &launcher)
@@ -51,13 +64,40 @@ ScriptOutcome KeeperScriptHost::run(const QString &source) {
   ScriptFailure failure;
   if (!connection) connection = way->connected(&failure);
   if (!connection) return {std::nullopt, failure};
-  const auto answer = connection->ask(request);
+  const auto answer = way->ask(*connection, request);
   const auto outcome = answer ? keeperProtocol::decodeOutcome(*answer) : std::nullopt;
-  if (!outcome)
-    return keeperProtocol::failed(keeperProtocol::kConnectionInvalid,
-                                  QStringLiteral("Connection is invalid."));
+  if (!outcome) return {std::nullopt, brokenConnection()};
   way->keep(std::move(connection));
   return *outcome;
+}
+
+void KeeperScriptHost::setBrokenOff(bool isBrokenOff) {
+  door->setBrokenOff(isBrokenOff);
+}
+
+std::optional<QByteArray> KeeperScriptHost::Door::ask(KeeperConnection &connection,
+                                                      const QByteArray &request) {
+  {
+    const std::lock_guard guard(lock);
+    if (brokenOff) return std::nullopt;
+    asked.push_back(&connection);
+  }
+  std::optional<QByteArray> answer = connection.ask(request);
+  const std::lock_guard guard(lock);
+  std::erase(asked, &connection);
+  return answer;
+}
+
+void KeeperScriptHost::Door::setBrokenOff(bool isBrokenOff) {
+  const std::lock_guard guard(lock);
+  brokenOff = isBrokenOff;
+  if (!brokenOff) return;
+  for (KeeperConnection *const connection : asked) connection->breakOff();
+}
+
+bool KeeperScriptHost::Door::isBrokenOff() {
+  const std::lock_guard guard(lock);
+  return brokenOff;
 }
 
 std::unique_ptr<KeeperConnection> KeeperScriptHost::Door::kept() {
@@ -80,8 +120,12 @@ std::unique_ptr<KeeperConnection> KeeperScriptHost::Door::connected(ScriptFailur
   for (int launches = 0;; std::this_thread::sleep_for(10ms)) {
     // Asked first: a keeper that frees its lock now has closed its socket before.
     const bool isUnderWay = KeeperLock::holder(place.lock()) || (launched && !launched->hasEnded());
-    std::unique_ptr<KeeperConnection> connection = KeeperConnection::open(place, std::nullopt, nullptr);
+    std::unique_ptr<KeeperConnection> connection = KeeperConnection::open(place, kLook, nullptr);
     if (connection) return connection;
+    if (isBrokenOff()) {
+      *failure = brokenConnection();
+      return nullptr;
+    }
     // One that holds the lock and does not listen begins or ends; nothing tells when it has done so.
     if (isUnderWay) continue;
     // A launch fails where another keeper was still ending; after that it counts.

@@ -19,6 +19,8 @@ class KeeperScriptHost : public ScriptHost {
   /// keeper went away before its answer was whole. Without a time limit of its own; a run may outlast this
   /// object.
   ScriptOutcome run(const QString &source) override;
+  /// Runs are then -609.
+  void setBrokenOff(bool isBrokenOff) override;
 
  private:
   class Door;
