@@ -56,6 +56,7 @@ void printJson(const std::optional<Status> &status, Terminal &terminal) {
     json.member(u"pid", Value(status->processID));
     json.member(u"tracks", Value(status->tracks));
     json.member(u"playing", Value(status->playing));
+    if (!status->importProblem.isEmpty()) json.member(u"importProblem", Value(status->importProblem));
   }
   if (status && status->importing) {
     json.key(u"importing");
@@ -106,6 +107,8 @@ int KeeperCommand::status(bool asJson, Terminal &terminal) const {
     terminal.print(
         QStringLiteral("Library: %1, %2 tracks").arg(printable(status->folder)).arg(status->tracks));
     if (status->importing) terminal.print(progressOf(*status->importing));
+    if (!status->importProblem.isEmpty())
+      terminal.print(QStringLiteral("The import failed: %1").arg(printable(status->importProblem)));
     if (status->playing) terminal.print(QStringLiteral("Playing"));
   }
   return status ? exitcode::kDone : exitcode::kReported;

@@ -44,7 +44,7 @@ std::vector<qint64> keepMarks(AppState &state, const std::vector<qint64> &number
 void unmarkGroupsWithoutFiles(const MergePlan &plan, AppState &state) {
   std::vector<qint64> whole;
   for (const GroupPlan &group : plan.groups) {
-    if (group.missingPath.isEmpty()) whole.push_back(group.number);
+    if (!group.missingPath) whole.push_back(group.number);
   }
   // No number at all would mean all of them.
   keepMarks(state, whole.empty() ? std::vector<qint64>{0} : whole);
@@ -55,7 +55,7 @@ bool isSame(const MergePlan &one, const MergePlan &other) {
     QStringList pids;
     for (const GroupPlan &group : plan.groups) {
       pids << group.audioRow.value(keys::PersistentID).toText()
-           << group.infoRow.value(keys::PersistentID).toText() << group.missingPath;
+           << group.infoRow.value(keys::PersistentID).toText() << group.missingPath.value_or(QString());
       for (const GroupPlan::Unkept &row : group.unkept) pids << row.pid;
     }
     return pids;
@@ -172,7 +172,7 @@ int MergeCommand::carryOut(const MergePlan &plan, bool json, ScanRun *run, Termi
   TerminalView &view = run->view();
   AppState &state = run->application().state();
   const bool isLeftOut = std::any_of(plan.groups.begin(), plan.groups.end(),
-                                     [](const GroupPlan &group) { return !group.missingPath.isEmpty(); });
+                                     [](const GroupPlan &group) { return group.missingPath.has_value(); });
   if (terminal.inIsTerminal) {
     view.onQuestion = [&terminal](const Alert &alert) -> std::optional<int> {
       for (int i = 0; i < alert.buttons.size(); ++i) {

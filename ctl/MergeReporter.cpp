@@ -71,7 +71,7 @@ void MergeReporter::printPlan(Terminal &terminal) const {
   qsizetype left = 0;
   for (const GroupPlan &group : plan.groups) {
     printGroup(group, terminal);
-    if (!group.missingPath.isEmpty()) ++left;
+    if (group.missingPath) ++left;
   }
   if (!plan.playlistsAreKnown && !plan.settings.noIntelligentPlaylistHandling && !plan.groups.empty())
     terminal.print(QStringLiteral("Playlists cannot be looked at, and would lose the tracks that go."));
@@ -87,8 +87,10 @@ void MergeReporter::printPlan(Terminal &terminal) const {
 
 void MergeReporter::printGroup(const GroupPlan &group, Terminal &terminal) const {
   terminal.print(QStringLiteral("%1  (group %2)").arg(printable(group.title)).arg(group.number));
-  if (!group.missingPath.isEmpty()) {
-    terminal.print(QStringLiteral("  left out: this file is missing: ") + printable(group.missingPath));
+  if (group.missingPath) {
+    terminal.print(
+        QStringLiteral("  left out: this file is missing: ") +
+        (group.missingPath->isEmpty() ? QStringLiteral("(no file)") : printable(*group.missingPath)));
     return terminal.print({});
   }
   const auto line = [&](const char *what, const QString &text) {
@@ -190,7 +192,7 @@ void MergeReporter::writeGroup(const GroupPlan &group, JsonWriter *json) {
   }
   json->endArray();
   json->key(u"missing");
-  json->textOrNull(group.missingPath);
+  json->value(group.missingPath ? Value(*group.missingPath) : Value());
   json->endObject();
 }
 

@@ -25,9 +25,14 @@ QString directFolder() {
   return library ? pathOfFileAddress(library->musicFolderLocation().value_or(QString())) : QString();
 }
 
-/// Tells if the music application is still taking its library in, so that a look would find a part of it.
+/// Tells if the music application is still taking its library in, so that a look would find a part of it; and
+/// if it could not do so, in which case the look finds what there is.
 bool isStillImporting(Terminal &terminal) {
   const LibraryActivity activity = platform().workspace->libraryActivity();
+  if (!activity.problem.isEmpty()) {
+    terminal.say(QStringLiteral("%1 could not take in its library: %2")
+                     .arg(iTunesInterface::musicAppName(), printable(activity.problem)));
+  }
   if (activity.state != LibraryActivity::State::Importing) return false;
   terminal.say(
       QStringLiteral("%1 is still taking in its library (%2 of %3 tracks); try again when it is done")

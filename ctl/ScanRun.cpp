@@ -7,6 +7,11 @@
 ScanRun::ScanRun(const LoopRunner &loopRunner, Terminal &terminal)
     : runLoop(loopRunner), lines(terminal), shown(terminal), put(shown) {
   shown.onCancel = [this] { put.controller().doCancelOperation("tallyfenctl"); };
+  put.savedState().isUsed = false;
+  put.mergeSupervisor().endProcess = [this](int code) {
+    lines.out.flush();
+    std::_Exit(code);
+  };
 }
 
 bool ScanRun::scan(const ScanRequest &request) {

@@ -17,7 +17,7 @@ constexpr QSize kListSize(660, 260);
 /// A list of fewer groups is shown unfolded.
 constexpr size_t kUnfoldedGroups = 20;
 
-QString text(const char *name) {
+QString words(const char *name) {
   return localizedMessage(QStringLiteral("MergeSummary-") + QLatin1String(name));
 }
 
@@ -41,7 +41,7 @@ MergeSummarySheet::MergeSummarySheet(QWidget *attachedTo, MergeSummary theSummar
   setText(summary.lines().join(u'\n'));
   auto *tree = new QTreeWidget;
   tree->setObjectName(QStringLiteral("mergeSummaryTree"));
-  tree->setHeaderLabels({text("ColumnWhat"), text("ColumnFate"), text("ColumnSize")});
+  tree->setHeaderLabels({words("ColumnWhat"), words("ColumnFate"), words("ColumnSize")});
   tree->headerItem()->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
   tree->setFixedSize(kListSize);
   tree->setTextElideMode(Qt::ElideMiddle);
@@ -55,15 +55,15 @@ MergeSummarySheet::MergeSummarySheet(QWidget *attachedTo, MergeSummary theSummar
   tree->header()->resizeSection(1, 210);
   tree->header()->resizeSection(2, 80);
   contents()->addWidget(tree);
-  addButton(text("Done"), 0);
-  QPushButton *copy = addButton(text("Copy"), 1);
+  addButton(words("Done"), 0);
+  QPushButton *copy = addButton(words("Copy"), 1);
   copy->disconnect();
   connect(copy, &QPushButton::clicked, this, [this] { QApplication::clipboard()->setText(plainText()); });
 }
 
 void MergeSummarySheet::addFailures(QTreeWidget &tree) const {
   if (summary.failures.empty()) return;
-  auto *problems = new QTreeWidgetItem(&tree, {text("Problems")});
+  auto *problems = new QTreeWidgetItem(&tree, {words("Problems")});
   for (const MergeFailure &failure : summary.failures) {
     const QString what = failure.path.isEmpty() ? failure.title : QDir::toNativeSeparators(failure.path);
     line(problems, what, failure.reason, {});
@@ -72,9 +72,9 @@ void MergeSummarySheet::addFailures(QTreeWidget &tree) const {
 }
 
 void MergeSummarySheet::addGroup(QTreeWidget &tree, const MergedGroup &group) const {
-  QTreeWidgetItem *top = line(nullptr, group.title, group.complete ? QString() : text("NotFinished"), {});
+  QTreeWidgetItem *top = line(nullptr, group.title, group.complete ? QString() : words("NotFinished"), {});
   tree.addTopLevelItem(top);
-  line(top, group.keptPath, text("Kept"), {});
+  line(top, group.keptPath, words("Kept"), {});
   for (const MergedGroup::Unkept &file : group.unkept) {
     const QString bytes = file.bytes > 0 ? MergeSummary::size(file.bytes) : QString();
     QTreeWidgetItem *item =
@@ -94,7 +94,7 @@ QString MergeSummarySheet::plainText() const {
   for (const MergeFailure &failure : summary.failures)
     told << failure.title + u'\t' + failure.path + u'\t' + failure.reason;
   for (const MergedGroup &group : summary.groups) {
-    told << group.title << u'\t' + group.keptPath + u'\t' + text("Kept");
+    told << group.title << u'\t' + group.keptPath + u'\t' + words("Kept");
     for (const MergedGroup::Unkept &file : group.unkept)
       told << u'\t' + file.path + u'\t' + MergeSummary::words(file.fate) + u'\t' + file.newPath;
   }
