@@ -72,7 +72,7 @@ class SampleWriter {
   void playlist(int tracks) {
     out +=
         "\t</dict>\n\t<key>Playlists</key>\n\t<array>\n\t\t<dict>\n\t\t\t<key>Name</key><string>Library</"
-        "string>\n"
+        "string>\n\t\t\t<key>Master</key><true/>\n\t\t\t<key>All Items</key><true/>\n"
         "\t\t\t<key>Playlist Items</key>\n\t\t\t<array>\n";
     for (int number = 0; number < tracks; ++number) {
       out += "\t\t\t\t<dict>\n\t\t\t\t\t<key>Track ID</key><integer>" +

@@ -1,12 +1,15 @@
 #include "platform/qt/LibplistTree.h"
 
 #include <QtEndian>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -92,13 +95,33 @@ Value valueOfNode(plist_t node) {
   }
 }
 
+/// Finds the keys of names. The same few come with every track, so the last ones are remembered.
+class KeyMemory {
+ public:
+  Key key(const char *name) {
+    const std::string_view text(name);
+    Slot &slot = slots[std::hash<std::string_view>()(text) % slots.size()];
+    if (slot.key.isAbsent() || slot.text != text) {
+      slot = {std::string(text), Key(QString::fromUtf8(text.data(), qsizetype(text.size())))};
+    }
+    return slot.key;
+  }
+
+ private:
+  struct Slot {
+    std::string text;
+    Key key;
+  };
+  std::array<Slot, 512> slots;
+};
+
 /// A container of the tree whose members wait to be read.
 struct Reading {
   plist_t node;
   Value container;
 };
 
-void readMembers(const Reading &reading, std::vector<Reading> &waiting) {
+void readMembers(const Reading &reading, std::vector<Reading> &waiting, KeyMemory &keys) {
   const auto taken = [&](plist_t node) {
     const Value value = valueOfNode(node);
     if (value.isContainer()) waiting.push_back({node, value});
@@ -120,7 +143,7 @@ void readMembers(const Reading &reading, std::vector<Reading> &waiting) {
   for (char *name = nullptr; !isArray;) {
     plist_dict_next_item(reading.node, place, &name, &node);
     if (!node) break;
-    reading.container.toDictionary().set(Key(QString::fromUtf8(name)), taken(node));
+    reading.container.toDictionary().set(keys.key(name), taken(node));
     std::free(name);
   }
   std::free(place);
@@ -202,10 +225,11 @@ Value valueOfTree(plist_t tree) {
   const Value root = valueOfNode(tree);
   std::vector<Reading> waiting;
   if (root.isContainer()) waiting.push_back({tree, root});
+  KeyMemory keys;
   while (!waiting.empty()) {
     const Reading next = std::move(waiting.back());
     waiting.pop_back();
-    readMembers(next, waiting);
+    readMembers(next, waiting, keys);
   }
   return root;
 }

@@ -2,6 +2,24 @@
 
 namespace {
 
+/// Most tags hold or end a text or a number, which changes nothing here. By their first letters, since there
+/// are dozens of them to a track.
+bool isPlainTag(QByteArrayView rest) {
+  const qsizetype name = rest.startsWith('/') ? 1 : 0;
+  if (rest.size() < name + 2) return false;
+  switch (rest[name]) {
+    case '!':
+    case '?':
+      return false;
+    case 'd':
+      return rest[name + 1] != 'i';
+    case 'a':
+      return rest[name + 1] != 'r';
+    default:
+      return true;
+  }
+}
+
 /// True if the tag that begins here is the named container's, whatever follows the name.
 bool isTag(QByteArrayView rest, QByteArrayView name) {
   if (!rest.startsWith(name)) return false;
@@ -58,6 +76,7 @@ QString reasonToRefuseXml(QByteArrayView bytes, int deepest) {
   qsizetype rawEnd = 0;
   for (qsizetype at = bytes.indexOf('<'); at >= 0; at = bytes.indexOf('<', at)) {
     const QByteArrayView rest = bytes.sliced(++at);
+    if (isPlainTag(rest)) continue;
     if (isAmbiguous(rest)) return QStringLiteral("a comment without an end of its own");
     if (at >= rawEnd) at += commentLength(rest);
     if (rest.startsWith("![CDATA[")) {
