@@ -1,6 +1,7 @@
 #include "app/ImportWait.h"
 
 #include "app/state/AppState.h"
+#include "app/state/LocalizedAlert.h"
 #include "app/state/Operation.h"
 #include "bridge/LocalizedMessage.h"
 #include "bridge/iTunesInterface.h"
@@ -31,7 +32,10 @@ bool ImportWait::begin(std::function<void()> done) {
   if (!iTunesInterface::haveBridge()) return false;
   const LibraryActivity activity = platform().workspace->libraryActivity();
   const bool mayImport = activity.state == LibraryActivity::State::NoAnswer && !hasTracks();
-  if (activity.state != LibraryActivity::State::Importing && !mayImport) return false;
+  if (activity.state != LibraryActivity::State::Importing && !mayImport) {
+    tellProblem(activity.problem);
+    return false;
+  }
   BMLog("Waiting for %@ to take in its library: %@", iTunesInterface::musicAppName(), activity.file);
   whenDone = std::move(done);
   begun = lastAnswer = now();
@@ -75,8 +79,19 @@ void ImportWait::look() {
   state.mMusicLibraryBusy = false;
   state.view.setProgressIndeterminate(true);
   state.view.setProgressSubText({});
+  tellProblem(activity.problem);
   iTunesLibInterface::reloadLibrary();
   const std::function<void()> done = std::move(whenDone);
   whenDone = {};
   done();
+}
+
+void ImportWait::tellProblem(const QString &problem) {
+  if (problem.isEmpty() || problem == toldProblem) return;
+  toldProblem = problem;
+  BMLog("!!! %@ could not take in its library: %@", iTunesInterface::musicAppName(), problem);
+  const QString message = localizedMessage(QStringLiteral("ImportFailedMessage"));
+  state.view.runAlert(localizedAlert(QStringLiteral("ImportFailedTitle"),
+                                     message + QStringLiteral("\n\n") + problem,
+                                     {QStringLiteral("ImportFailedOK")}));
 }

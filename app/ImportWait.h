@@ -19,13 +19,15 @@ class ImportWait {
   ~ImportWait();
 
   /// False if nothing has to be waited for. Else `done` is called once: when the library is whole, or when
-  /// the application has given no answer for half a minute. Until then `mMusicLibraryBusy` is set.
+  /// the application has given no answer for half a minute. Until then `mMusicLibraryBusy` is set. The user is
+  /// told, once, if the application could not take its library in.
   [[nodiscard]] bool begin(std::function<void()> done);
   bool isWaiting() const { return timer != 0; }
 
  private:
   void look();
   void show(const LibraryActivity &activity);
+  void tellProblem(const QString &problem);
 
   AppState &state;
   Operation &operation;
@@ -33,4 +35,5 @@ class ImportWait {
   MainLoop::TimerID timer = 0;
   double begun = 0.0;
   double lastAnswer = 0.0;
+  QString toldProblem;
 };

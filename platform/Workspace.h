@@ -20,6 +20,8 @@ struct LibraryActivity {
   /// Tracks taken in so far, and in all; 0 while that is unknown.
   qint64 done = 0;
   qint64 total = 0;
+  /// Why the import that the application began with came to nothing; empty if it did not.
+  QString problem;
 };
 
 /// The user's session and its applications. Any thread.

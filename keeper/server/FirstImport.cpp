@@ -41,5 +41,6 @@ void FirstImport::run(const QString &folder, const keeperProtocol::ImportRequest
   board.write([&](keeperProtocol::Status &status) {
     status.importing.reset();
     status.tracks = tracks;
+    if (result.failure) status.importProblem = result.failure->message;
   });
 }

@@ -50,7 +50,8 @@ MusicKeeper::~MusicKeeper() = default;
 
 QString MusicKeeper::open() {
   const QString problem = openLibrary();
-  if (!isImporting()) board.write([](Status &status) { status.importing.reset(); });
+  // One that cannot be opened is not to pass for an empty library while the program ends.
+  if (problem.isEmpty() && !isImporting()) board.write([](Status &status) { status.importing.reset(); });
   return problem;
 }
 
@@ -161,7 +162,10 @@ ScriptOutcome MusicKeeper::importFile(const ImportRequest &request) {
     });
     return !interrupted;
   });
-  board.write([](Status &status) { status.importing.reset(); });
+  board.write([&](Status &status) {
+    status.importing.reset();
+    if (!outcome.failure) status.importProblem.clear();
+  });
   noteState();
   return outcome;
 }

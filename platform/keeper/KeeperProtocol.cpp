@@ -85,10 +85,13 @@ QByteArray encodeStatus(const Status &status) {
                             {QStringLiteral("total"), status.importing->total},
                             {QStringLiteral("file"), status.importing->file}};
   }
-  const QJsonObject facts{
-      {QStringLiteral("version"), status.version}, {QStringLiteral("folder"), status.folder},
-      {QStringLiteral("pid"), status.processID},   {QStringLiteral("tracks"), status.tracks},
-      {QStringLiteral("importing"), importing},    {QStringLiteral("playing"), status.playing}};
+  const QJsonObject facts{{QStringLiteral("version"), status.version},
+                          {QStringLiteral("folder"), status.folder},
+                          {QStringLiteral("pid"), status.processID},
+                          {QStringLiteral("tracks"), status.tracks},
+                          {QStringLiteral("importing"), importing},
+                          {QStringLiteral("playing"), status.playing},
+                          {QStringLiteral("importProblem"), status.importProblem}};
   return textOf({{QStringLiteral("status"), facts}});
 }
 
@@ -102,10 +105,11 @@ std::optional<Status> decodeStatus(const QByteArray &text) {
   status.processID = facts[u"pid"].toInteger();
   status.tracks = facts[u"tracks"].toInteger();
   status.playing = facts[u"playing"].toBool();
+  status.importProblem = facts[u"importProblem"].toString();
   const QJsonObject importing = facts[u"importing"].toObject();
   if (!importing.isEmpty()) {
     status.importing = Importing{importing[u"done"].toInteger(), importing[u"total"].toInteger(),
-                                         importing[u"file"].toString()};
+                                 importing[u"file"].toString()};
   }
   return status;
 }

@@ -59,6 +59,8 @@ struct Status {
   qint64 tracks = 0;
   std::optional<Importing> importing;
   bool playing = false;
+  /// Why the import that the keeper began with came to nothing; empty if it did not.
+  QString importProblem;
 };
 
 /// A message with its length in front. The text is no longer than `kMostBytes`.

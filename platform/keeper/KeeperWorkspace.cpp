@@ -51,6 +51,8 @@ LibraryActivity KeeperWorkspace::libraryActivity() const {
     activity.file = status->importing->file;
     activity.done = status->importing->done;
     activity.total = status->importing->total;
+  } else {
+    activity.problem = status->importProblem;
   }
   return activity;
 }

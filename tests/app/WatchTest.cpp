@@ -228,7 +228,7 @@ TEST_F(Watch, AQuitIsToldOnceAndTheAnswerDecides) {
 TEST_F(Watch, AnImportIsWaitedForWithoutHoldingUpTheWindows) {
   setPreference(prefs::noScanAtStartup, false);
   EXPECT_TRUE(iTunesInterface::haveDirectLibraryAccess()) << "the store stands, but is empty";
-  session.activity = {LibraryActivity::State::Importing, u"library.xml"_qs, 10, 100};
+  session.activity = {LibraryActivity::State::Importing, u"library.xml"_qs, 10, 100, {}};
   controller->awakeFromNib();
   time.run(60.0);
   EXPECT_TRUE(view.progressShown && state().mMusicLibraryBusy);
@@ -243,11 +243,30 @@ TEST_F(Watch, AnImportIsWaitedForWithoutHoldingUpTheWindows) {
   EXPECT_FALSE(logContains(u"Can't find library XML"_qs));
 }
 
+TEST_F(Watch, AnImportThatFailedIsToldOnceWhetherItWasWaitedForOrNot) {
+  setPreference(prefs::noScanAtStartup, false);
+  for (const bool isWaitedFor : {true, false}) {
+    view.calls.clear();
+    view.scansEnded = 0;
+    session.activity = {LibraryActivity::State::None, {}, 0, 0, u"line 7: damaged %1"_qs.arg(isWaitedFor)};
+    const LibraryActivity failed = session.activity;
+    if (isWaitedFor) session.activity = {LibraryActivity::State::Importing, u"library.xml"_qs, 0, 0, {}};
+    controller->libraryLoader().doGetDefaultLibraryWhenNewerThan(std::nullopt);
+    time.run(5.0);
+    session.activity = failed;
+    ASSERT_TRUE(time.runUntil([this] { return !state().mMusicLibraryBusy; }));
+    controller->libraryLoader().doGetDefaultLibraryWhenNewerThan(std::nullopt);
+    ASSERT_TRUE(time.runUntil([this] { return !state().mMusicLibraryBusy; }));
+    EXPECT_EQ(view.calls.filter(u"ImportFailedTitle"_qs).size(), 1) << isWaitedFor;
+    EXPECT_TRUE(logContains(failed.problem));
+  }
+}
+
 TEST_F(Watch, AnImportThatNobodyTellsOfIsGivenUpAfterHalfAMinute) {
   setPreference(prefs::noScanAtStartup, false);
-  session.activity = {LibraryActivity::State::Importing, u"library.xml"_qs, 0, 0};
+  session.activity = {LibraryActivity::State::Importing, u"library.xml"_qs, 0, 0, {}};
   controller->awakeFromNib();
-  session.activity = {LibraryActivity::State::NoAnswer, {}, 0, 0};
+  session.activity = {LibraryActivity::State::NoAnswer, {}, 0, 0, {}};
   time.run(29.0);
   EXPECT_TRUE(state().mMusicLibraryBusy);
   EXPECT_TRUE(time.runUntil([this] { return view.loadedTracks == 0; }, 10.0));

@@ -212,6 +212,20 @@ TEST_F(KeeperProcess, AFirstImportThatWasKilledBeginsAgain) {
   EXPECT_EQ(tell(QStringLiteral("count tracks of library playlist 1")), QStringLiteral("20000"));
 }
 
+TEST_F(KeeperProcess, AFirstImportThatFailsIsToldAndBeginsAgainAtTheNextStart) {
+  const QString file = path(QStringLiteral("home/Documents/iTunes/iTunes Library.xml"));
+  writeFile(file, "<?xml version=\"1.0\"?>\n<plist version=\"1.0\"><dict><key>Tr");
+  start();
+  EXPECT_TRUE(eventually([this] { return !status()->importProblem.isEmpty(); }));
+  EXPECT_FALSE(status()->importing);
+  EXPECT_EQ(tell(QStringLiteral("count tracks of library playlist 1")), QStringLiteral("0"));
+  EXPECT_EQ(quit(), 0);
+  writeFile(file, libraryXml(3));
+  start();
+  EXPECT_TRUE(eventually([this] { return status()->tracks == 3; }));
+  EXPECT_EQ(status()->importProblem, QString());
+}
+
 TEST_F(KeeperProcess, ALibraryGoesInAndOutWithoutServing) {
   const QString in = path(QStringLiteral("in.xml")), out = path(QStringLiteral("out.xml"));
   writeFile(in, libraryXml(50));

@@ -126,7 +126,8 @@ TEST(KeeperProtocol, RequestsArriveAsTheyLeftAndNothingElseIsOne) {
 }
 
 TEST(KeeperProtocol, TheStatusArrivesWithAndWithoutAnImport) {
-  Status status{QStringLiteral("1.0"), QStringLiteral("/m"), 42, 300000, std::nullopt, true};
+  Status status{QStringLiteral("1.0"),    QStringLiteral("/m"), 42, 300000, std::nullopt, true,
+                QStringLiteral("damaged")};
   for (int i = 0; i < 2; ++i) {
     const auto back = decodeStatus(encodeStatus(status));
     ASSERT_TRUE(back);
