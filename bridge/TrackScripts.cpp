@@ -74,8 +74,11 @@ std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID,
 
 std::optional<QString> settlePlayedOfTracksWithPIDs(const QString &fromPID, const QString &toPID,
                                                     const PlayedCounts &before) {
-  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_settle"), before.fromPlays,
-                                       before.toPlays, before.fromSkips, before.toSkips, fromPID, toPID);
+  const QString answer =
+      stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_settle"), before.fromPlays, before.toPlays,
+                                    before.fromSkips, before.toSkips, fromPID, toPID)
+          .value_or(QStringLiteral("error: no answer"));
+  return answer == u"settled" ? std::nullopt : std::optional(answer);
 }
 
 std::optional<QString> doCopyInfoFromTrackPIDToTrackPid(const QString &fromPID, const QString &toPID) {

@@ -131,7 +131,7 @@ void GroupMerge::dealWithRow(const Unkept &unkept) {
   MergedGroup::Unkept told;
   told.pid = unkept.pid;
   told.path = unkept.path;
-  told.bytes = fileIdentity::sizeOfFile(unkept.path);
+  told.bytes = unkept.bytes;
   const bool hadFile = fileIdentity::isFile(unkept.path);
   const bool isDone = disposeOf(unkept, told);
   const bool isNamed = unkept.path == keptPath || rooms.sharedPaths.isNamedByMoreThan(unkept.path, 0);
@@ -222,7 +222,6 @@ void GroupMerge::removeTrack(const Unkept &unkept, MergedGroup::Unkept &told) {
     BMLog("merge delete %@ for %@", *problem, keptPath);
     fail(unkept.path, *problem);
   } else {
-    rooms.journal.forget(unkept.pid);
     rooms.sharedPaths.trackIsGone(unkept.path);
     if (!told.newPath.isEmpty() && keptFileIsThere() &&
         !unkeptFiles::deleteCopiedFile(unkept.path, told.newPath)) {

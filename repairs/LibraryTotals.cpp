@@ -83,13 +83,16 @@ std::vector<Violation> violations(const MergeReport::Contents &report, const Mer
 }
 
 void prove(MergeReport &report, const MergeSettings &settings) {
-  report.setAfter(count());
-  for (const Violation &wrong : violations(report.contents(), settings)) {
+  MergeReport::Contents contents = report.contents();
+  contents.after = count();
+  std::vector<MergeFailure> failures;
+  for (const Violation &wrong : violations(contents, settings)) {
     const QString name = localizedMessage(wrong.nameKey);
     BMLog("!!! behind the merge: %@ expected %ld, counted %ld", name, wrong.expected, wrong.found);
-    report.addFailure(
+    failures.push_back(
         {name, {}, localizedMessage(QStringLiteral("MergeTotalWrong"), wrong.expected, wrong.found)});
   }
+  report.setAfter(contents.after, std::move(failures));
 }
 
 }  // namespace libraryTotals

@@ -70,8 +70,14 @@ std::optional<QString> MergeJournal::mergePlayed(const QString &fromPID, const Q
   }
   const std::optional<QString> problem =
       iTunesInterface::mergePlayedFromTrackWithPIDToTrackWithPID(fromPID, toPID);
-  if (!problem && movesCounts) remove(fromPID);
-  return problem;
+  if (problem || !movesCounts) return problem;
+  // An application that is gone answers nothing, as one does that has done its work.
+  const auto after = iTunesInterface::playedCountsOfTracksWithPIDs(fromPID, toPID);
+  const bool hasMoved = after && (!before->fromPlays || after->fromPlays < before->fromPlays) &&
+                        (!before->fromSkips || after->fromSkips < before->fromSkips);
+  if (!hasMoved) return QStringLiteral("error: nothing tells whether the plays have gone over");
+  remove(fromPID);
+  return std::nullopt;
 }
 
 std::optional<QString> MergeJournal::mergeWhatIsOpen(const QString &fromPID) {
@@ -85,10 +91,6 @@ void MergeJournal::settle() {
   QStringList pids;
   for (const Note &note : notes) pids.append(note.fromPID);
   if (!settleNotesAbout(pids)) BMLog("the merge journal has notes that cannot be settled yet");
-}
-
-void MergeJournal::forget(const QString &fromPID) {
-  remove(fromPID);
 }
 
 bool MergeJournal::settleNotesAbout(const QStringList &pids) {

@@ -26,8 +26,6 @@ class MergeJournal {
   std::optional<QString> mergeWhatIsOpen(const QString &fromPID);
   /// Settles what earlier runs have left; what cannot be settled yet stays noted.
   void settle();
-  /// A track has left the library, with what was noted of it.
-  void forget(const QString &fromPID);
 
   struct Note {
     QString fromPID, toPID;

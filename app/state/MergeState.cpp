@@ -3,6 +3,7 @@
 void MergeReport::clear() {
   std::lock_guard hold(guard);
   mContents = {};
+  wrongTotals.clear();
 }
 
 void MergeReport::addGroup(MergedGroup group) {
@@ -17,7 +18,9 @@ void MergeReport::addFailure(MergeFailure failure) {
 
 MergeReport::Contents MergeReport::contents() const {
   std::lock_guard hold(guard);
-  return mContents;
+  Contents all = mContents;
+  all.failures.insert(all.failures.end(), wrongTotals.begin(), wrongTotals.end());
+  return all;
 }
 
 void MergeReport::setBefore(const std::optional<MergeTotals> &totals) {
@@ -25,7 +28,8 @@ void MergeReport::setBefore(const std::optional<MergeTotals> &totals) {
   mContents.before = totals;
 }
 
-void MergeReport::setAfter(const std::optional<MergeTotals> &totals) {
+void MergeReport::setAfter(const std::optional<MergeTotals> &totals, std::vector<MergeFailure> wrong) {
   std::lock_guard hold(guard);
   mContents.after = totals;
+  wrongTotals = std::move(wrong);
 }

@@ -86,12 +86,15 @@ class MergeReport {
   void addGroup(MergedGroup group);
   void addFailure(MergeFailure failure);
   void setBefore(const std::optional<MergeTotals> &totals);
-  void setAfter(const std::optional<MergeTotals> &totals);
+  /// `wrong`: the totals that are not what they must be, in place of those of an earlier run.
+  void setAfter(const std::optional<MergeTotals> &totals, std::vector<MergeFailure> wrong);
+  /// All failures, those of the totals last.
   Contents contents() const;
 
  private:
   mutable std::mutex guard;
   Contents mContents;
+  std::vector<MergeFailure> wrongTotals;
 };
 
 /// What a merge keeps beyond one run.

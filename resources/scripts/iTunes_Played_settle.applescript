@@ -1,6 +1,6 @@
 -- Behind a merge of plays and skips that was broken off: takes from the first track what the second one has got
--- of it already. The numbers are the counts of both tracks before that merge. Nothing comes back when it is
--- settled, or when one of the tracks is gone.
+-- of it already. The numbers are the counts of both tracks before that merge. Answers "settled", and
+-- that too when one of the tracks is gone.
 on laterOf(dateA, dateB)
 	if dateA is missing value then return dateB
 	if dateB is missing value then return dateA
@@ -51,4 +51,4 @@ on error msg number n
 	if n is -1712 then return "error: timed out: " & msg
 	return "error: " & msg
 end try
-return
+return "settled"
