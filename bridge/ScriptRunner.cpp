@@ -1,6 +1,7 @@
 #include "bridge/ScriptRunner.h"
 
 #include <QScopeGuard>
+#include <algorithm>
 #include <memory>
 
 #include "bridge/BridgeState.h"
@@ -14,7 +15,10 @@ namespace iTunesInterface {
 
 namespace {
 
+/// The longest rest between two looks for an answer. The first is short, as most answers come at once and a
+/// merge asks twice for each group.
 constexpr double kPollSeconds = 0.1;
+constexpr double kFirstPollSeconds = 0.005;
 constexpr qint64 kScriptError = -1753;
 
 QString forThisApplication(const QString &source) {
@@ -54,9 +58,11 @@ ScriptOutcome runTimed(const QString &source, double timeout) {
   state.abandoned.detach(QStringLiteral("threadediTunesScriptExecution"),
                          [check, source] { check->threadediTunesScriptExecution(source); });
   if (!state.cancelRequest) {
+    double rest = kFirstPollSeconds;
     while (!check->resultDescriptor() && deadline > clock.now().seconds) {
-      platform().clock->sleep(kPollSeconds);
+      platform().clock->sleep(rest);
       if (state.cancelRequest) break;
+      rest = std::min(2 * rest, kPollSeconds);
     }
   }
   // A thread that is still at it keeps the check for itself from here on.
