@@ -15,6 +15,11 @@ const QString &pathOf(const Dictionary &row) {
   return row.value(keys::Path).toText();
 }
 
+/// A text for the user: an absent one is empty.
+QString shown(const Value &text) {
+  return text.isText() ? text.toText() : QStringLiteral("");
+}
+
 UnkeptFate plannedFate(const GroupPlan::Unkept &unkept, const GroupPlan &plan,
                        const MergeSettings &settings) {
   if (!settings.is(UnkeptPolicy::Trash) && !settings.is(UnkeptPolicy::Folder)) return UnkeptFate::Collected;
@@ -98,8 +103,8 @@ GroupPlan planOfGroup(const std::vector<Dictionary> &rows, const MergeSettings &
   }
   if (!rows.empty()) plan.number = rows.front().value(keys::DupeGroup).toInteger();
   if (!plan.isMarked()) return plan;
-  plan.title = formatText(QStringLiteral("%@ \"%@\""), {plan.infoRow.value(keys::Artist).toText(),
-                                                        plan.infoRow.value(keys::Name).toText()});
+  plan.title = formatText(QStringLiteral("%@ \"%@\""),
+                          {shown(plan.infoRow.value(keys::Artist)), shown(plan.infoRow.value(keys::Name))});
   lookForMissingFiles(plan);
   for (const Dictionary &row : rows) {
     if (row.isSame(plan.audioRow)) continue;

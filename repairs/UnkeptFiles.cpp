@@ -32,7 +32,8 @@ QString nameNumber(const QString &name, int number) {
   const qsizetype point = name.lastIndexOf(u'.');
   const bool hasExtension = point > 0;
   QString base = hasExtension ? name.left(point) : name;
-  const QString extension = hasExtension ? name.mid(point + 1) : QString();
+  // Not null, which a format tells from empty.
+  const QString extension = hasExtension ? name.mid(point + 1) : QStringLiteral("");
   for (;;) {
     const QString numbered = formatText(QStringLiteral("%@-%d.%@"), {base, number, extension});
     if (base.isEmpty() || QFile::encodeName(numbered).size() <= kLongestName) return numbered;
