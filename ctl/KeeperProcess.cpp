@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "ctl/ProgressBar.h"
 #include "platform/Platform.h"
 #include "platform/keeper/KeeperLauncher.h"
 #include "platform/keeper/KeeperLock.h"
@@ -46,6 +47,25 @@ bool KeeperProcess::start(Terminal &terminal) const {
   }
   return failedWith(QStringLiteral("Music Keeper ended as soon as it was started; its log tells why"),
                     terminal);
+}
+
+bool KeeperProcess::waitForLibrary(Terminal &terminal) const {
+  ProgressBar bar(terminal);
+  while (const std::optional<Status> status = statusOfKeeper(place, 10s)) {
+    if (!status->importing) {
+      bar.clear();
+      return true;
+    }
+    bar.setText(QStringLiteral("Music Keeper is taking in your library"));
+    bar.setIndeterminate(status->importing->total <= 0);
+    bar.setMaximum(double(status->importing->total));
+    bar.setValue(double(status->importing->done));
+    std::this_thread::sleep_for(100ms);
+  }
+  bar.clear();
+  return failedWith(
+      QStringLiteral("Music Keeper stopped answering while it took in its library; its log tells why"),
+      terminal);
 }
 
 bool KeeperProcess::stop(Terminal &terminal) const {

@@ -11,6 +11,8 @@ class KeeperProcess {
   bool isRunning() const;
   /// Has it run and answer. False with a message if it does not.
   [[nodiscard]] bool start(Terminal &terminal) const;
+  /// Waits until it has taken in its library, with a bar. False with a message if it goes away meanwhile.
+  [[nodiscard]] bool waitForLibrary(Terminal &terminal) const;
   /// Asks it to quit and waits for its end. False with a message if it does not run or refuses.
   [[nodiscard]] bool stop(Terminal &terminal) const;
 

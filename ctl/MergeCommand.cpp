@@ -116,7 +116,7 @@ int MergeCommand::mergeThroughKeeper(const Wishes &wishes, const MergePlan *agre
   if (platform().scriptHost) return mergeHere(wishes, agreed, terminal);
   const KeeperProcess process;
   const bool ranBefore = process.isRunning();
-  if (!process.start(terminal))
+  if (!process.start(terminal) || !process.waitForLibrary(terminal))
     return reported(
         QStringLiteral("a merge needs Music Keeper; \"tallyfenctl keeper status\" tells how it is"),
         terminal);

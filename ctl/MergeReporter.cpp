@@ -73,8 +73,10 @@ void MergeReporter::printPlan(Terminal &terminal) const {
     printGroup(group, terminal);
     if (group.missingPath) ++left;
   }
-  if (!plan.playlistsAreKnown && !plan.settings.noIntelligentPlaylistHandling && !plan.groups.empty())
-    terminal.print(QStringLiteral("Playlists cannot be looked at, and would lose the tracks that go."));
+  const bool holdPlaylists = std::any_of(plan.groups.begin(), plan.groups.end(),
+                                         [](const GroupPlan &group) { return !group.playlists.empty(); });
+  if (!plan.playlistsAreKnown && holdPlaylists)
+    terminal.print(QStringLiteral("The playlists are told as the library's file has them."));
   terminal.print(QStringLiteral("%1 to merge, %2 to %3 (%4)")
                      .arg(rowtext::counted(qsizetype(plan.groups.size()) - left, "group", "groups"),
                           rowtext::counted(plan.unkeptRows(), "copy", "copies"),
