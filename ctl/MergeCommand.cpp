@@ -40,6 +40,14 @@ std::vector<qint64> keepMarks(AppState &state, const std::vector<qint64> &number
   return unknown;
 }
 
+/// Leaves only these groups marked, all without a number. False with a message for a number that no group
+/// has.
+bool keepsGroups(AppState &state, const std::vector<qint64> &numbers, Terminal &terminal) {
+  const std::vector<qint64> unknown = keepMarks(state, numbers);
+  for (const qint64 number : unknown) terminal.say(QStringLiteral("there is no group %1").arg(number));
+  return unknown.empty();
+}
+
 /// A merge stops at a group whose marked file is gone, so such groups do not take part.
 void unmarkGroupsWithoutFiles(const MergePlan &plan, AppState &state) {
   std::vector<qint64> whole;
@@ -50,17 +58,39 @@ void unmarkGroupsWithoutFiles(const MergePlan &plan, AppState &state) {
   keepMarks(state, whole.empty() ? std::vector<qint64>{0} : whole);
 }
 
+/// Marks the rows as the plan has them: a second scan may choose otherwise between copies that are alike.
+void markAsIn(const MergePlan &plan, AppState &state) {
+  QSet<QString> audio, info;
+  for (const GroupPlan &group : plan.groups) {
+    audio.insert(group.audioRow.value(keys::PersistentID).toText());
+    info.insert(group.infoRow.value(keys::PersistentID).toText());
+  }
+  const Array &rows = std::as_const(state.lists).mDuplicateSongDicts;
+  std::lock_guard held(*state.threadLockForObject(rows));
+  for (qsizetype i = 0; i < rows.size(); ++i) {
+    Dictionary row = rows.at(i).toDictionary();
+    const QString pid = row.value(keys::PersistentID).toText();
+    row.set(keys::markAudio, audio.contains(pid));
+    row.set(keys::markInfo, info.contains(pid));
+  }
+}
+
+/// The same tracks go into the same tracks, whatever the order of the groups and their rows.
 bool isSame(const MergePlan &one, const MergePlan &other) {
-  const auto pidsOf = [](const MergePlan &plan) {
-    QStringList pids;
+  const auto groupsOf = [](const MergePlan &plan) {
+    QStringList groups;
     for (const GroupPlan &group : plan.groups) {
-      pids << group.audioRow.value(keys::PersistentID).toText()
-           << group.infoRow.value(keys::PersistentID).toText() << group.missingPath.value_or(QString());
-      for (const GroupPlan::Unkept &row : group.unkept) pids << row.pid;
+      QStringList rows;
+      for (const GroupPlan::Unkept &row : group.unkept) rows << row.pid;
+      rows.sort();
+      groups << group.audioRow.value(keys::PersistentID).toText() +
+                    group.infoRow.value(keys::PersistentID).toText() + rows.join(u' ') +
+                    (group.missingPath ? u'-' : u'+');
     }
-    return pids;
+    groups.sort();
+    return groups;
   };
-  return pidsOf(one) == pidsOf(other);
+  return groupsOf(one) == groupsOf(other);
 }
 
 int reported(const QString &message, Terminal &terminal) {
@@ -92,7 +122,7 @@ int MergeCommand::look(const Wishes &wishes, Terminal &terminal) const {
     ScanRun run(runLoop, terminal);
     if (!run.scan(wishes.scan)) return exitcode::kReported;
     if (run.isInterrupted()) return reported(QStringLiteral("cancelled"), terminal);
-    plan = planOf(wishes, &run, terminal);
+    plan = planOf(wishes, nullptr, &run, terminal);
   }
   if (!plan) return exitcode::kReported;
   const MergeReporter reporter(*plan);
@@ -138,7 +168,7 @@ int MergeCommand::mergeHere(const Wishes &wishes, const MergePlan *agreed, Termi
   ScanRun run(runLoop, terminal);
   if (!run.scan(wishes.scan)) return exitcode::kReported;
   if (run.isInterrupted()) return reported(QStringLiteral("cancelled; nothing has been changed"), terminal);
-  const std::optional<MergePlan> plan = planOf(wishes, &run, terminal);
+  const std::optional<MergePlan> plan = planOf(wishes, agreed, &run, terminal);
   if (!plan) return exitcode::kReported;
   if (agreed && !isSame(*agreed, *plan))
     return reported(QStringLiteral("the library has changed since the plan was shown; nothing was merged"),
@@ -147,14 +177,17 @@ int MergeCommand::mergeHere(const Wishes &wishes, const MergePlan *agreed, Termi
   return carryOut(*plan, wishes.scan.json, &run, terminal);
 }
 
-std::optional<MergePlan> MergeCommand::planOf(const Wishes &wishes, ScanRun *run, Terminal &terminal) const {
+std::optional<MergePlan> MergeCommand::planOf(const Wishes &wishes, const MergePlan *agreed, ScanRun *run,
+                                              Terminal &terminal) const {
   Application &application = run->application();
   AppState &state = application.state();
   // A scan whose groups are loose leaves the marks to the user.
   if (application.automark().lastChoices().empty()) application.automark().doAutomarkFromPreferences();
-  const std::vector<qint64> unknown = keepMarks(state, wishes.merge.groups);
-  for (const qint64 number : unknown) terminal.say(QStringLiteral("there is no group %1").arg(number));
-  if (!unknown.empty()) return std::nullopt;
+  if (agreed) {
+    markAsIn(*agreed, state);
+  } else if (!keepsGroups(state, wishes.merge.groups, terminal)) {
+    return std::nullopt;
+  }
   const MergeSettings settings = MergeSettings::fromPreferences();
   const bool needsFolder = settings.is(UnkeptPolicy::Folder);
   if (needsFolder && !QFileInfo(prefs::text(prefs::unkeptPath)).isDir()) {

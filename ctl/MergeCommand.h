@@ -32,8 +32,10 @@ class MergeCommand : public Command {
   int mergeThroughKeeper(const Wishes &wishes, const MergePlan *agreed, Terminal &terminal) const;
   int mergeHere(const Wishes &wishes, const MergePlan *agreed, Terminal &terminal) const;
   int carryOut(const MergePlan &plan, bool json, ScanRun *run, Terminal &terminal) const;
-  /// The plan of what the last scan of the run found. Nothing, with a message, if a wish cannot be met.
-  std::optional<MergePlan> planOf(const Wishes &wishes, ScanRun *run, Terminal &terminal) const;
+  /// The plan of what the last scan of the run found, with the marks of an agreed plan if there is one.
+  /// Nothing, with a message, if a wish cannot be met.
+  std::optional<MergePlan> planOf(const Wishes &wishes, const MergePlan *agreed, ScanRun *run,
+                                  Terminal &terminal) const;
 
   const LoopRunner runLoop;
 };
