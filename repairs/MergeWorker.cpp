@@ -15,9 +15,10 @@ void MergeWorker::mergeMarkedDuplicatesThread() {
   prepare(highest);
   const bool hasReachedEnd = walkGroups(highest) >= highest;
   const bool isCompleted = hasReachedEnd || !state.operation.mCancelOperation;
-  state.operation.mCurrentThreadAction = 0;
   libraryTotals::prove(state.merge.report, settings);
   BMLog(isCompleted ? "Completed mergeMarkedDuplicatesThread" : "CANCELLED mergeMarkedDuplicatesThread");
+  // From here on another run may begin.
+  state.operation.mCurrentThreadAction = 0;
   state.operation.mCompletedOperation = hasReachedEnd;
 }
 

@@ -47,9 +47,8 @@ void DuplicateGroups::setStripesForDupesFromIndex(qint32 index) {
     const auto own = qint32(groupOf(row));
     if (own != group) stripe = !stripe;
     group = own;
-    if (row.value(keys::UIStripe).isNull() || row.value(keys::UIStripe).toBool() != stripe) {
-      row.set(keys::UIStripe, stripe);
-    }
+    const Value &shown = row.value(keys::UIStripe);
+    if (shown.isNull() || shown.toBool() != stripe) row.set(keys::UIStripe, stripe);
   }
 }
 
