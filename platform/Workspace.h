@@ -21,7 +21,7 @@ struct LibraryActivity {
   qint64 done = 0;
   qint64 total = 0;
   /// Why the import that the application began with came to nothing; empty if it did not.
-  QString problem;
+  QString problem{};
 };
 
 /// The user's session and its applications. Any thread.
