@@ -47,6 +47,7 @@ QString SavedState::statePath() {
 }
 
 bool SavedState::writeState() {
+  if (!isUsed) return false;
   const ProblemLists &lists = state.lists;
   const bool complete = !lists.mDuplicateSongDicts.isNull() && !lists.mInconsistentNameDicts.isNull() &&
                         !lists.mOrphanSongDicts.isNull() && !lists.mMissingSongDicts.isNull();
@@ -111,7 +112,7 @@ bool SavedState::readStateExists() const {
 }
 
 bool SavedState::readState() {
-  if (!isTakenUp || !readStateExists()) return false;
+  if (!isUsed || !readStateExists()) return false;
   const bool usable = readYoungFile();
   if (!PrivateFile::remove(statePath())) BMLog("!! %@ cannot be removed", statePath());
   return usable;
@@ -132,7 +133,8 @@ bool SavedState::readYoungFile() {
   if (file->bytes.isEmpty()) return false;
   const Value root = platform().propertyLists->parse(file->bytes, &error);
   const std::optional<SavedLists> saved = SavedLists::fromDictionary(root.toDictionary());
-  if (!error.isEmpty() || !saved) {
+  if (!saved && error.isEmpty()) error = QStringLiteral("no state of a merge");
+  if (!error.isEmpty()) {
     complain(formatText(QStringLiteral("[!] readState %ld bytes, %ld items: %@"),
                         {file->bytes.size(), root.toDictionary().size(), error}));
     return false;

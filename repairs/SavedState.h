@@ -30,10 +30,10 @@ class SavedState {
   /// be remembered. False with a line in the log if the tool does not run.
   [[nodiscard]] bool prepareRelaunch();
 
-  /// A program that has not been asked to merge leaves the state alone: it neither reads nor deletes it.
-  bool isTakenUp = true;
-  /// What the tool opens: the application's executable, or its bundle. Empty for a program that cannot be
-  /// opened again without its arguments.
+  /// Off for a program that cannot be opened again without its arguments: it neither writes nor reads nor
+  /// deletes the state, which belongs to the window's.
+  bool isUsed = true;
+  /// What the tool opens: the application's executable, or its bundle.
   QString applicationPath;
   /// The tool, beside the executable.
   QString toolPath;

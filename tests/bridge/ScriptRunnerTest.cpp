@@ -145,6 +145,24 @@ TEST_F(ScriptRunner, UntimedScriptsExcludeEachOtherAndTimedOnesTooButNotOneAnoth
   EXPECT_EQ(host.most(), 2);
 }
 
+TEST_F(ScriptRunner, ItIsLockedWhileAnUntimedScriptRunsAndAskingDoesNotWait) {
+  bool inUntimed = false, inTimed = true;
+  host.answer(ScriptedHost::Answer([&] {
+    inUntimed = isLocked();
+    return ScriptOutcome();
+  }));
+  host.answer(ScriptedHost::Answer([&] {
+    inTimed = isLocked();
+    return ScriptedHost::resultOf(ScriptDescriptor::ofInteger(1));
+  }));
+  EXPECT_FALSE(isLocked());
+  stringFromScript(kScript);
+  EXPECT_TRUE(inUntimed);
+  EXPECT_FALSE(isLocked());
+  EXPECT_TRUE(descFromScriptTimeoutSeconds(kScript, 5));
+  EXPECT_FALSE(inTimed);
+}
+
 TEST_F(ScriptRunner, AHandlersParametersReachTheLibraryInOnePieceEach) {
   const struct {
     QStringList parameters;

@@ -49,12 +49,9 @@ bool exists(pid_t process) {
   return ::kill(process, 0) == 0 || errno == EPERM;
 }
 
-int openHandle([[maybe_unused]] pid_t process) {
-#ifdef SYS_pidfd_open
+/// -1 from a system that does not know such handles.
+int openHandle(pid_t process) {
   return int(::syscall(SYS_pidfd_open, process, 0));
-#else
-  return -1;
-#endif
 }
 
 }  // namespace
