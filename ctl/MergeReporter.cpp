@@ -54,17 +54,6 @@ void writeTotals(const std::optional<MergeTotals> &totals, JsonWriter *json) {
   json->endObject();
 }
 
-QString totalsLine(const char *when, const MergeTotals &totals) {
-  return QStringLiteral("%1: %2 tracks, %3 plays, %4 skips, %5 playlist entries, %6 files, %7")
-      .arg(QString::fromLatin1(when))
-      .arg(totals.tracks)
-      .arg(totals.plays)
-      .arg(totals.skips)
-      .arg(totals.playlistEntries)
-      .arg(totals.files)
-      .arg(MergeSummary::size(totals.bytes));
-}
-
 }  // namespace
 
 void MergeReporter::printPlan(Terminal &terminal) const {
@@ -117,10 +106,6 @@ void MergeReporter::printOutcome(const MergeReport::Contents &outcome, Terminal 
   const MergeSummary summary(outcome);
   terminal.print(summary.headline());
   for (const QString &line : summary.lines()) terminal.print(QStringLiteral("  ") + printable(line));
-  if (outcome.before && outcome.after) {
-    terminal.print(QStringLiteral("  ") + totalsLine("before", *outcome.before));
-    terminal.print(QStringLiteral("  ") + totalsLine("after ", *outcome.after));
-  }
   for (const MergeFailure &failure : outcome.failures) {
     QStringList parts{printable(failure.title), printable(failure.path), printable(failure.reason)};
     parts.removeAll(QString());

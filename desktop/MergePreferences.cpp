@@ -20,7 +20,7 @@ MergePreferences::MergePreferences() {
   add("ReportMinorErrors", prefs::reportMinorErrors, false);
   add("StopForTrashFailure", prefs::noStopForTrashFailure, true);
   auto *danger = new SecondaryLabel(localizedMessage(QStringLiteral("Prefs-StopForTrashFailureOff")));
-  danger->setIndent(24);
+  danger->setContentsMargins(24, 0, 0, 0);
   QSizePolicy policy = danger->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
   danger->setSizePolicy(policy);

@@ -72,7 +72,13 @@ void MergeSummarySheet::addFailures(QTreeWidget &tree) const {
 }
 
 void MergeSummarySheet::addGroup(QTreeWidget &tree, const MergedGroup &group) const {
-  QTreeWidgetItem *top = line(nullptr, group.title, group.complete ? QString() : words("NotFinished"), {});
+  qint64 sum = 0;
+  for (const MergedGroup::Unkept &file : group.unkept) sum += file.bytes;
+  const QString copies = group.unkept.size() == 1
+                             ? words("CopiesOne")
+                             : localizedMessage(QStringLiteral("MergeSummary-Copies"), group.unkept.size());
+  QTreeWidgetItem *top = line(nullptr, group.title, group.complete ? copies : words("NotFinished"),
+                              sum > 0 ? MergeSummary::size(sum) : QString());
   tree.addTopLevelItem(top);
   line(top, group.keptPath, words("Kept"), {});
   for (const MergedGroup::Unkept &file : group.unkept) {

@@ -12,6 +12,12 @@ QString counted(const QString &name, qint64 count) {
   return count == 1 ? localizedMessage(key + QStringLiteral("One")) : localizedMessage(key, count);
 }
 
+QString totalsLine(const char *when, const MergeTotals &totals) {
+  return localizedMessage(QStringLiteral("MergeSummary-") + QLatin1String(when), totals.tracks, totals.plays,
+                          totals.skips, totals.playlistEntries, totals.files,
+                          MergeSummary::size(totals.bytes));
+}
+
 QString filesLine(const QString &name, const MergeSummary::Files &files) {
   return localizedMessage(QStringLiteral("MergeSummary-") + name,
                           counted(QStringLiteral("Files"), files.count), MergeSummary::size(files.bytes));
@@ -20,7 +26,7 @@ QString filesLine(const QString &name, const MergeSummary::Files &files) {
 }  // namespace
 
 MergeSummary::MergeSummary(const MergeReport::Contents &report)
-    : groups(report.groups), failures(report.failures) {
+    : groups(report.groups), failures(report.failures), before(report.before), after(report.after) {
   const auto note = [](Files *files, const MergedGroup::Unkept &file) {
     ++files->count;
     files->bytes += file.bytes;
@@ -62,6 +68,7 @@ QStringList MergeSummary::lines() const {
   if (!playlists.isEmpty())
     told << localizedMessage(QStringLiteral("MergeSummary-Playlists"), playlists.join(QStringLiteral(", ")));
   if (unfinishedGroups > 0) told << counted(QStringLiteral("Unfinished"), unfinishedGroups);
+  if (before && after) told << totalsLine("Before", *before) << totalsLine("After", *after);
   return told;
 }
 

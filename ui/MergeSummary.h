@@ -18,6 +18,8 @@ struct MergeSummary {
   QStringList playlists;
   std::vector<MergedGroup> groups;
   std::vector<MergeFailure> failures;
+  /// The library before and after; nothing where it could not be counted.
+  std::optional<MergeTotals> before, after;
 
   explicit MergeSummary(const MergeReport::Contents &report);
 
@@ -27,7 +29,7 @@ struct MergeSummary {
   qint64 wonBytes() const { return trashed.bytes + moved.bytes + deleted.bytes; }
   /// One line: "12 groups merged, 340 MB put in the Trash".
   QString headline() const;
-  /// Lines that tell of files, tracks, playlists and failures.
+  /// Lines that tell of files, tracks and playlists, and of the library before and after.
   QStringList lines() const;
 
   /// A number of bytes as people read it.

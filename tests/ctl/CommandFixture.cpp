@@ -27,7 +27,7 @@ int CommandFixture::scan(const QStringList &arguments, std::function<bool()> int
   return scanWith<ScanCommand>(arguments, std::move(interruptWhen));
 }
 
-int CommandFixture::runScanning(ScanningCommand &command, const QStringList &arguments) {
+int CommandFixture::runScanning(Command &command, const QStringList &arguments) {
   std::istringstream in;
   std::ostringstream output, errors;
   Terminal terminal{in, output, errors, isTerminal};

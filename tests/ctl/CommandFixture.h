@@ -36,6 +36,6 @@ class CommandFixture : public TestPlatform {
   bool isAnswering = false;
 
  private:
-  int runScanning(ScanningCommand &command, const QStringList &arguments);
+  int runScanning(Command &command, const QStringList &arguments);
   LoopRunner virtualLoop(std::function<bool()> interruptWhen);
 };
