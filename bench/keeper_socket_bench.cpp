@@ -19,6 +19,8 @@
 
 #include "bench/BenchPlatform.h"
 #include "bench/LibrarySample.h"
+#include "bridge/NamedScripts.h"
+#include "bridge/ScriptRunner.h"
 #include "bridge/iTunesInterface.h"
 #include "platform/Platform.h"
 #include "platform/keeper/KeeperPlace.h"
@@ -153,7 +155,8 @@ void measureChanges(const Keeper &keeper, const QString &folder, const QStringLi
     const auto done =
         iTunesInterface::changeValueInTrackWithPIDOfTypeToValue(track, QStringLiteral("Artist"), name);
     if (done == QStringLiteral("1")) return;
-    std::fprintf(stderr, "%s\n", qPrintable(done.value_or(QStringLiteral("no answer"))));
+    std::fprintf(stderr, "error %lld: %s\n", qlonglong(iTunesInterface::lastScriptErrorNumber()),
+                 qPrintable(done.value_or(QStringLiteral("no answer"))));
     ::_exit(2);
   });
   const double work =
@@ -196,6 +199,8 @@ int main(int count, char **arguments) {
   services.scriptHost = &host;
   services.bundle.resourceFolder = QStringLiteral(TALLYFEN_RESOURCE_FOLDER);
   setPlatform(services);
+  // Read once here, so that the clients only ask.
+  if (!iTunesInterface::scriptNamed(QStringLiteral("iTunes_Track_Rename"))) fail("there are no scripts");
   const QString library = folder + QStringLiteral("/library"), xml = folder + QStringLiteral("/sample.xml");
   const QByteArray sample = librarySample(size);
   QFile file(xml);
