@@ -87,8 +87,12 @@ class Controller : public TestPlatform, public Commands {
   void updateProblemNumbers() override {}
   void revealPreferencesTab(const QString &) override {}
   void customTerminate() override {}
+  bool readState() override { return hasSavedMerge; }
+  void recoverFromReadState() override { ++recoveries; }
 
   ScriptedView view;
+  bool hasSavedMerge = false;
+  int recoveries = 0;
   int automarks = 0;
   MainController controller;
   ScanThreads threads;
@@ -118,6 +122,20 @@ TEST_F(Controller, ALaunchLoadsAndScansAndPresentsTheFirstTabWithRows) {
                                u"(0 dupe, 0 incon, 1 orphan, 2 missing)"}) {
     EXPECT_TRUE(logContains(QString::fromUtf16(line))) << qPrintable(logText());
   }
+}
+
+TEST_F(Controller, ASavedMergeTakesThePlaceOfTheFirstScanOnceThereAreTracks) {
+  hasSavedMerge = true;
+  putLibrary(libraryXml(0));
+  launch();
+  EXPECT_EQ(recoveries, 0) << "an empty library has nothing to merge";
+  putLibrary(libraryXml(3));
+  iTunesInterface::resetLibraryCache();
+  controller.libraryLoader().doGetDefaultLibraryWhenNewerThan(std::nullopt);
+  EXPECT_TRUE(time.runUntil([this] { return view.loadedTracks == 3; }));
+  time.run(1.0);
+  EXPECT_EQ(recoveries, 1);
+  EXPECT_EQ(view.scansEnded, 0);
 }
 
 TEST_F(Controller, AScanIsMarkedUnlessItsGroupsAreLoose) {

@@ -45,11 +45,11 @@ int main(int argumentCount, char *arguments[]) {
   ::signal(SIGHUP, SIG_DFL);
 
   // An application that is being replaced at this moment is back in a moment.
-  constexpr int kAttempts = 5;
+  constexpr int kAttempts = 3;
   std::string error;
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
     if (startDetached(application, &error)) return 0;
-    if (attempt < kAttempts) std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    if (attempt < kAttempts) std::this_thread::sleep_for(std::chrono::milliseconds(300));
   }
   std::cerr << "relaunch: " << application << " cannot be started: " << error << '\n';
   return kNotStarted;
