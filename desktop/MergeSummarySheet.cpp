@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDir>
 #include <QHeaderView>
+#include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -38,7 +39,14 @@ MergeSummarySheet::MergeSummarySheet(QWidget *attachedTo, MergeSummary theSummar
   setObjectName(QStringLiteral("mergeSummary"));
   setPicture(icons::icon(summary.failures.empty() ? icons::Shape::Done : icons::Shape::Warning));
   setTitle(summary.headline());
-  setText(summary.lines().join(u'\n'));
+  auto *lines = new QLabel(summary.lines().join(u'\n'));
+  lines->setObjectName(QStringLiteral("mergeSummaryLines"));
+  lines->setTextFormat(Qt::PlainText);
+  lines->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  lines->setWordWrap(true);
+  // As wide as the list and as high as that takes: the sheet's own size follows from it.
+  lines->setFixedSize(kListSize.width(), lines->heightForWidth(kListSize.width()));
+  contents()->addWidget(lines);
   auto *tree = new QTreeWidget;
   tree->setObjectName(QStringLiteral("mergeSummaryTree"));
   tree->setHeaderLabels({words("ColumnWhat"), words("ColumnFate"), words("ColumnSize")});
