@@ -75,8 +75,9 @@ std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID,
 std::optional<QString> settlePlayedOfTracksWithPIDs(const QString &fromPID, const QString &toPID,
                                                     const PlayedCounts &before) {
   const QString answer =
-      stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_settle"), before.fromPlays, before.toPlays,
-                                    before.fromSkips, before.toSkips, fromPID, toPID)
+      stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_settle"), QString::number(before.fromPlays),
+                                    QString::number(before.toPlays), QString::number(before.fromSkips),
+                                    QString::number(before.toSkips), fromPID, toPID)
           .value_or(QStringLiteral("error: no answer"));
   return answer == u"settled" ? std::nullopt : std::optional(answer);
 }

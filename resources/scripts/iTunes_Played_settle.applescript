@@ -40,8 +40,8 @@ on settle(fromPid, toPid)
 			set src to (first track of library playlist 1 whose persistent ID is fromPid)
 			set dst to (first track of library playlist 1 whose persistent ID is toPid)
 		end tell
-		my settlePlays(src, dst, %ld, %ld)
-		my settleSkips(src, dst, %ld, %ld)
+		my settlePlays(src, dst, %@, %@)
+		my settleSkips(src, dst, %@, %@)
 	end timeout
 end settle
 
