@@ -7,6 +7,7 @@
 ScanRun::ScanRun(const LoopRunner &loopRunner, Terminal &terminal)
     : runLoop(loopRunner), lines(terminal), shown(terminal), put(shown) {
   shown.onCancel = [this] { put.controller().doCancelOperation("tallyfenctl"); };
+  put.controller().onTerminate = [this] { shown.applicationEnds(); };
   put.savedState().isUsed = false;
   put.mergeSupervisor().endProcess = [this](int code) {
     lines.out.flush();

@@ -67,6 +67,8 @@ class TerminalView : public ProblemView {
   void libraryDidLoad(qsizetype tracks) override { over = tracks == 0; }
   void scanDidEnd() override { over = true; }
   void mergeDidEnd() override { mergeOver = true; }
+  /// The application ends before its work does, as the music application has quit: nothing follows any more.
+  void applicationEnds() { over = mergeOver = failed = true; }
 
  private:
   Terminal &lines;

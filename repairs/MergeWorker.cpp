@@ -5,6 +5,7 @@
 #include "app/state/AppState.h"
 #include "repairs/GroupMerge.h"
 #include "repairs/LibraryTotals.h"
+#include "repairs/PlaylistRepair.h"
 #include "repairs/SharedPaths.h"
 #include "support/BMLog.h"
 #include "values/Keys.h"
@@ -36,6 +37,7 @@ void MergeWorker::prepare(qint64 highest) {
       1, highest, int(settings.noIntelligentPlaylistHandling), int(settings.noMergePlayedInfo),
       settings.policy, settings.unkeptFolder);
   if (!state.changes.updateJustPlaylists()) state.changes.forgetPlaylists();
+  playlists.putBackCopies();
   if (!settings.noMergePlayedInfo) journal.settle();
   // A later run of the same merge is measured against the first one's beginning.
   if (!state.merge.report.contents().before) state.merge.report.setBefore(libraryTotals::count());

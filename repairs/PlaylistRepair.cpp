@@ -141,6 +141,22 @@ std::optional<QString> PlaylistRepair::doPlaylistReplaceOfSongPIDsWithSongPID(co
   return answer;
 }
 
+void PlaylistRepair::putBackCopies() {
+  // As the handler names a copy that is whole; others are gone on with.
+  const QString suffix = QStringLiteral("-swap");
+  const Array playlists = state.changes.playlists();
+  bool any = false;
+  for (const Value &playlist : playlists) {
+    const QString name = playlist.toDictionary().value(keys::Name).toText();
+    if (!name.startsWith(tempPlaylistPrefix()) || !name.endsWith(suffix)) continue;
+    BMLog("a playlist is put back from its copy %@", name);
+    iTunesInterface::removePlaylistsWithNamesStartingWith(name);
+    any = true;
+  }
+  // What was known of the playlists has no entries of the old tracks there.
+  if (any && !state.changes.updateJustPlaylists()) state.changes.forgetPlaylists();
+}
+
 std::optional<QString> PlaylistRepair::appendTo(const QString &playlist,
                                                 const Replacement &replacement) const {
   if (prefs::isTrue(prefs::reportMinorErrors))

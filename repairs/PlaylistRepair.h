@@ -50,6 +50,9 @@ class PlaylistRepair {
   /// temporary copy stays. May run for minutes; a repair's thread.
   std::optional<QString> doPlaylistReplaceOfSongPIDsWithSongPID(const QStringList &oldPIDs,
                                                                 const QString &newPID);
+  /// Behind a run that was broken off: a playlist that was emptied to be filled from its copy need not hold
+  /// an old track any more, so no replacement finds it. Fills such playlists. A repair's thread.
+  void putBackCopies();
   /// As in `PlaylistLengths`.
   qint32 maximumUserPlaylistTracks() { return lengths.maximumUserPlaylistTracks(); }
   QHash<QString, QString> hugePlaylistInfoUsingApplescript(bool usingScripts) {

@@ -73,7 +73,7 @@ void MergedHome::makeHome(int songs, std::mt19937 &random) {
       const QByteArray id = QByteArray::number(number);
       tracks += "<key>" + id + "</key><dict>" + entry("Track ID", "integer", id) +
                 entry("Name", "string", name.toUtf8()) + entry("Artist", "string", "Artist") +
-                entry("Total Time", "integer", "1250") +
+                entry("Kind", "string", "MPEG audio file") + entry("Total Time", "integer", "1250") +
                 entry("Play Count", "integer", QByteArray::number(upTo(9))) +
                 entry("Skip Count", "integer", QByteArray::number(upTo(3))) +
                 entry("Persistent ID", "string", textOf(number)) + entry("Track Type", "string", "File") +
