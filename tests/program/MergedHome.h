@@ -35,12 +35,12 @@ class MergedHome : public KeeperProcess {
     QSet<int> playable;
     QMap<QString, QList<int>> playlists;
     qint64 plays = 0, skips = 0;
-    qsizetype tracks = 0;
+    qsizetype tracks = 0, tracksWithFile = 0;
   };
   Holdings holdings();
   /// What holds at any instant: no audio is lost, and each song has a track whose file stands.
   void expectSongsStand();
-  /// What holds once all is merged: places in playlists and plays too.
+  /// What holds once all is merged: places in playlists and plays too, and one track for each song.
   void expectNothingLost();
 
   Holdings before;

@@ -215,6 +215,18 @@ TEST_F(PlaylistRepairTest, ACancelLeavesEachPlaylistWholeAndTheRestUntouched) {
   }
 }
 
+TEST_F(PlaylistRepairTest, APlaylistThatAKilledRunLeftEmptyIsFilledFromItsCopy) {
+  const QString empty = addList({}), begun = addList(u"012"_qs);
+  addList(u"909"_qs, kPrefix + u'-' + empty + u"-swap"_qs);
+  addList(u"09"_qs, kPrefix + u'-' + begun);
+  ASSERT_TRUE(state.changes.updateJustPlaylists());
+  repair.putBackCopies();
+  EXPECT_EQ(numbersIn(empty), u"909"_qs);
+  EXPECT_TRUE(PlaylistRepair::userPlaylistsContainASongWithPID(state.changes.playlists(), pidsOf(u"9"_qs)));
+  EXPECT_EQ(keeper.playlistNames().filter(kPrefix), QStringList{kPrefix + u'-' + begun})
+      << "a copy that is not whole yet is gone on with";
+}
+
 TEST_F(PlaylistRepairTest, WithEachHangMoreIsLeftAlone) {
   const struct {
     int restarts;
