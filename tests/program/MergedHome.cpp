@@ -49,6 +49,31 @@ QByteArray entry(const char *key, const char *type, const QByteArray &value) {
   return QByteArray("<key>") + key + "</key><" + type + '>' + value + "</" + type + ">\n";
 }
 
+QByteArray trackXml(int number, const QString &name, const QString &file, int plays, int skips) {
+  const QByteArray id = QByteArray::number(number);
+  return "<key>" + id + "</key><dict>" + entry("Track ID", "integer", id) +
+         entry("Name", "string", name.toUtf8()) + entry("Artist", "string", "Artist") +
+         entry("Kind", "string", "MPEG audio file") + entry("Total Time", "integer", "1250") +
+         entry("Play Count", "integer", QByteArray::number(plays)) +
+         entry("Skip Count", "integer", QByteArray::number(skips)) +
+         entry("Persistent ID", "string", textOf(number)) + entry("Track Type", "string", "File") +
+         entry("Location", "string", fileAddressOfPath(file).toUtf8()) + "</dict>\n";
+}
+
+/// Playlists "List 0", "List 1" and so on of tracks by their IDs.
+QByteArray playlistsXml(const std::vector<QByteArrayList> &lists) {
+  QByteArray xml;
+  for (size_t i = 0; i < lists.size(); ++i) {
+    const QByteArray number = QByteArray::number(int(i));
+    xml += "<dict>" + entry("Name", "string", "List " + number) +
+           entry("Playlist Persistent ID", "string", "00000000FFFF000" + number) +
+           "<key>Playlist Items</key><array>";
+    for (const QByteArray &id : lists[i]) xml += "<dict>" + entry("Track ID", "integer", id) + "</dict>";
+    xml += "</array></dict>\n";
+  }
+  return xml;
+}
+
 }  // namespace
 
 MergedHome::~MergedHome() {
@@ -71,13 +96,8 @@ void MergedHome::makeHome(int songs, std::mt19937 &random) {
       const QString file = musicFolder() + QStringLiteral("/%1 %2.mp3").arg(name).arg(copy);
       writeFile(file, songBytes(name, number));
       const QByteArray id = QByteArray::number(number);
-      tracks += "<key>" + id + "</key><dict>" + entry("Track ID", "integer", id) +
-                entry("Name", "string", name.toUtf8()) + entry("Artist", "string", "Artist") +
-                entry("Kind", "string", "MPEG audio file") + entry("Total Time", "integer", "1250") +
-                entry("Play Count", "integer", QByteArray::number(upTo(9))) +
-                entry("Skip Count", "integer", QByteArray::number(upTo(3))) +
-                entry("Persistent ID", "string", textOf(number)) + entry("Track Type", "string", "File") +
-                entry("Location", "string", fileAddressOfPath(file).toUtf8()) + "</dict>\n";
+      const int plays = upTo(9), skips = upTo(3);
+      tracks += trackXml(number, name, file, plays, skips);
       for (QByteArrayList &list : lists) {
         const bool isLong = &list == &lists.front();
         if (list.size() < (isLong ? kLongest : 25) && upTo(isLong ? 1 : 3) == 0)
@@ -85,24 +105,17 @@ void MergedHome::makeHome(int songs, std::mt19937 &random) {
       }
     }
   }
-  QByteArray playlists;
-  for (size_t i = 0; i < lists.size(); ++i) {
-    const QByteArray number = QByteArray::number(int(i));
-    playlists += "<dict>" + entry("Name", "string", "List " + number) +
-                 entry("Playlist Persistent ID", "string", "00000000FFFF000" + number) +
-                 "<key>Playlist Items</key><array>";
-    for (const QByteArray &id : lists[i])
-      playlists += "<dict>" + entry("Track ID", "integer", id) + "</dict>";
-    playlists += "</array></dict>\n";
-  }
   writeFile(path(QStringLiteral("home/Documents/iTunes/iTunes Library.xml")),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n" +
                 entry("Music Folder", "string",
                       QUrl::fromLocalFile(libraryFolder() + QStringLiteral("/iTunes Media/")).toEncoded()) +
-                "<key>Tracks</key>\n<dict>\n" + tracks + "</dict>\n<key>Playlists</key><array>" + playlists +
-                "</array>\n</dict>\n</plist>\n");
+                "<key>Tracks</key>\n<dict>\n" + tracks + "</dict>\n<key>Playlists</key><array>" +
+                playlistsXml(lists) + "</array>\n</dict>\n</plist>\n");
   start();
-  ASSERT_TRUE(eventually([&] { return status()->tracks > songs && !status()->importing; }));
+  ASSERT_TRUE(eventually([&] {
+    const std::optional<keeperProtocol::Status> now = status();
+    return now && now->tracks > songs && !now->importing;
+  }));
   before = holdings();
   ASSERT_EQ(before.playable.size(), songs);
   ASSERT_EQ(before.audio.size(), before.tracks);
@@ -110,10 +123,13 @@ void MergedHome::makeHome(int songs, std::mt19937 &random) {
 }
 
 void MergedHome::ensureKeeper() {
-  // One that a merge has started serves as well.
-  if (KeeperLock::holder(place.lock())) return;
-  if (process.state() != QProcess::NotRunning) (void)waitForEnd();
-  start();
+  // One that a merge has started serves as well, and may come at the same time.
+  if (!KeeperLock::holder(place.lock())) {
+    if (process.state() != QProcess::NotRunning) (void)waitForEnd();
+    process.start(QStringLiteral(TALLYFEN_KEEPER), QStringList());
+    ASSERT_TRUE(process.waitForStarted());
+  }
+  ASSERT_TRUE(eventually([this] { return status().has_value(); }));
 }
 
 void MergedHome::killKeeper() {
