@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kSongs = 72;
+constexpr int kSongs = 90;
 /// So many kills fall into one home; then it is merged to its end.
 constexpr int kKillsOfHome = 12;
 
@@ -23,7 +23,7 @@ class KilledMerge : public MergedHome {
     ensureKeeper();
     startMerge(policy);
     if (random() % 8) waitForFirstSteps();
-    const auto instant = std::chrono::microseconds(random() % 600000);
+    const auto instant = std::chrono::microseconds(random() % 350000);
     std::this_thread::sleep_for(instant);
     hits += program.state() == QProcess::NotRunning ? 0 : 1;
     if (victim == Both) program.kill();
