@@ -14,7 +14,7 @@
 #include "tests/fixtures/TestPlatform.h"
 
 // The sanitizers have an allocator of their own.
-#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
+#if defined(__GLIBC__) && !defined(TALLYFEN_SANITIZED)
 
 namespace {
 
