@@ -15,7 +15,7 @@ std::string written(const Value &value) {
 std::string again(const std::string &document) {
   QString error;
   const auto value = JsonReader(QByteArrayView(document.data(), qsizetype(document.size()))).read(&error);
-  return value ? written(*value) : "!" + error.toStdString();
+  return value ? written(*value) : (u"!"_qs + error).toStdString();
 }
 
 }  // namespace
