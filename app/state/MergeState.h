@@ -111,5 +111,7 @@ struct MergeState {
   bool mGoesOnAfterStall = false;
   /// When the run last finished a row.
   Date lastProgress;
+  /// Tracks that a worker has looked at for the totals: signs of life while it can finish no row.
+  std::atomic<qint64> countingSteps{0};
   MergeReport report;
 };
