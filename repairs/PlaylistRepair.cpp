@@ -15,6 +15,9 @@
 namespace {
 
 const QString kUnknownError = QStringLiteral("error: unknown");
+/// Words of the rebuilding handler: the playlist held no old track, or was changed and holds one again.
+const QString kNothingToReplace = QStringLiteral("Done, nothing to replace");
+const QString kPutBack = QStringLiteral("put back");
 
 bool isFailure(const QString &answer) {
   return answer.startsWith(QStringLiteral("broken:")) || answer.startsWith(QStringLiteral("error:"));
@@ -28,6 +31,26 @@ QString summaryOfTrack(const Dictionary &track) {
   if (!artist.isEmpty() && !name.isEmpty()) summary = formatText(QStringLiteral("\n%@: %@"), {artist, name});
   if (summary.isEmpty()) summary = localizedMessage(QStringLiteral("Unknown"));
   return summary.size() > kLongest ? summary.left(kLongest) + QStringLiteral("...") : summary;
+}
+
+/// The user's playlists that hold one of the tracks, each once, those of the first track first, in the
+/// library's order. Nothing if the library cannot be read.
+std::optional<std::vector<PlaylistRepair::Replaced::Playlist>> playlistsWithSongPIDs(
+    const QStringList &pids) {
+  std::vector<PlaylistRepair::Replaced::Playlist> found;
+  QSet<QString> known;
+  for (const QString &pid : pids) {
+    const auto survey = iTunesInterface::
+        playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNamesPrefixedWith(
+            1, pid, UserPlaylists::ownNames(), {UserPlaylists::tempPlaylistPrefix()});
+    if (!survey) return std::nullopt;
+    for (const PlaylistSurvey::Playlist &playlist : survey->playlists) {
+      if (!playlist.containsTrack || playlist.pid.isEmpty() || known.contains(playlist.pid)) continue;
+      known.insert(playlist.pid);
+      found.push_back({playlist.pid, playlist.name});
+    }
+  }
+  return found;
 }
 
 bool holdsTrack(const Dictionary &playlist, const QString &pid) {
@@ -85,23 +108,9 @@ bool PlaylistRepair::canFindPlaylists() const {
   return !isDirectAccessDistrusted() && iTunesInterface::haveDirectLibraryAccess();
 }
 
-std::optional<QStringList> PlaylistRepair::playlistsWithSongPIDs(const QStringList &pids) {
-  QStringList found;
-  for (const QString &pid : pids) {
-    const auto survey = iTunesInterface::
-        playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNamesPrefixedWith(
-            1, pid, UserPlaylists::ownNames(), {tempPlaylistPrefix()});
-    if (!survey) return std::nullopt;
-    for (const PlaylistSurvey::Playlist &playlist : survey->playlists) {
-      if (playlist.containsTrack && !playlist.pid.isEmpty() && !found.contains(playlist.pid))
-        found += playlist.pid;
-    }
-  }
-  return found;
-}
-
-QStringList PlaylistRepair::findPlaylists(const QStringList &oldPIDs, QString *error) {
-  const std::optional<QStringList> direct = playlistsWithSongPIDs(oldPIDs);
+std::vector<PlaylistRepair::Playlist> PlaylistRepair::findPlaylists(const QStringList &oldPIDs,
+                                                                    QString *error) {
+  const auto direct = playlistsWithSongPIDs(oldPIDs);
   if (!direct) {
     if (!isDirectAccessDistrusted()) BMLog(" ... doPlaylistReplace fallback to AppleScript");
     BMLog(" ... doPlaylistReplace fallback to XML because AppleScript '%@'", kUnknownError);
@@ -119,8 +128,9 @@ QStringList PlaylistRepair::findPlaylists(const QStringList &oldPIDs, QString *e
 std::optional<QString> PlaylistRepair::doPlaylistReplaceOfSongPIDsWithSongPID(const QStringList &oldPIDs,
                                                                               const QString &newPID) {
   constexpr qint32 kHangsForQuickCheck = 2, kHangsForNoRebuild = 3;
+  replaced = {};
   QString error;
-  const QStringList found = findPlaylists(oldPIDs, &error);
+  const std::vector<Playlist> found = findPlaylists(oldPIDs, &error);
   if (!error.isEmpty()) return error;
   if (isCancelled()) {
     BMLog("doPlaylistReplace 2 cancelling");
@@ -131,8 +141,8 @@ std::optional<QString> PlaylistRepair::doPlaylistReplaceOfSongPIDsWithSongPID(co
   const Replacement replacement{oldPIDs, newPID, QSet<QString>(huge.keyBegin(), huge.keyEnd()),
                                 restartsAfterHangs() >= kHangsForNoRebuild};
   std::optional<QString> answer;
-  for (const QString &playlist : found) {
-    if (replacement.noneIsRebuilt || replacement.huge.contains(playlist)) {
+  for (const Playlist &playlist : found) {
+    if (replacement.noneIsRebuilt || replacement.huge.contains(playlist.pid)) {
       answer = appendTo(playlist, replacement);
     } else if (!rebuild(playlist, replacement, &answer)) {
       break;
@@ -157,30 +167,42 @@ void PlaylistRepair::putBackCopies() {
   if (any && !state.changes.updateJustPlaylists()) state.changes.forgetPlaylists();
 }
 
-std::optional<QString> PlaylistRepair::appendTo(const QString &playlist,
-                                                const Replacement &replacement) const {
-  if (prefs::isTrue(prefs::reportMinorErrors))
-    return QStringLiteral("error: cannot replace instances of song in playlist");
-  return iTunesInterface::addTrackWithPIDToPlaylistWithPID(replacement.newPID, playlist);
+std::optional<QString> PlaylistRepair::appendTo(const Playlist &playlist, const Replacement &replacement) {
+  const std::optional<QString> answer =
+      prefs::isTrue(prefs::reportMinorErrors)
+          ? QStringLiteral("error: cannot replace instances of song in playlist")
+          : iTunesInterface::addTrackWithPIDToPlaylistWithPID(replacement.newPID, playlist.pid);
+  if (!answer || isFailure(*answer))
+    replaced.failed.push_back({playlist, answer.value_or(kUnknownError)});
+  else
+    replaced.appended.push_back(playlist);
+  return answer;
 }
 
-bool PlaylistRepair::rebuild(const QString &playlist, const Replacement &replacement,
+bool PlaylistRepair::rebuild(const Playlist &playlist, const Replacement &replacement,
                              std::optional<QString> *answer) {
-  const QString temporaryName = formatText(QStringLiteral("%@-%@"), {tempPlaylistPrefix(), playlist});
+  const QString temporaryName = formatText(QStringLiteral("%@-%@"), {tempPlaylistPrefix(), playlist.pid});
+  bool isChanged = false, mayBeChanged = false;
   while (!isCancelled()) {
-    *answer = iTunesInterface::incrementalRebuildPlaylist(playlist, replacement.oldPIDs, replacement.newPID,
-                                                          temporaryName);
+    *answer = iTunesInterface::incrementalRebuildPlaylist(playlist.pid, replacement.oldPIDs,
+                                                          replacement.newPID, temporaryName);
     if (!*answer && !isCancelled()) *answer = kUnknownError;
     state.health.setiTunesResponsive(true);
     const QString text = answer->value_or(QString());
     if (isFailure(text) && !text.contains(QStringLiteral("timed out"))) {
       iTunesInterface::removePlaylistsWithNamesStartingWith(tempPlaylistPrefix());
+      replaced.failed.push_back({playlist, text});
       return false;
     }
+    isChanged |= text == kPutBack;
+    // A step that nobody saw the end of may have been the one that did it.
+    mayBeChanged |= isFailure(text);
     if (!text.startsWith(QStringLiteral("Done"))) continue;
-    BMLog("Finished rebuild of playlist PID was:%@ %@", playlist, text);
+    BMLog("Finished rebuild of playlist PID was:%@ %@", playlist.pid, text);
+    isChanged |= mayBeChanged || text != kNothingToReplace;
     break;
   }
+  if (isChanged) replaced.rebuilt.push_back(playlist);
   return true;
 }
 

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
+#include <vector>
 
 #include "repairs/PlaylistLengths.h"
 #include "values/Value.h"
@@ -40,9 +41,6 @@ class PlaylistRepair {
   /// have hung so that it is left alone. A replacement then passes for done with no playlist touched, so who
   /// is about to remove tracks asks first. May wait as direct access does. Any thread.
   bool canFindPlaylists() const;
-  /// The persistent IDs of the user's playlists that hold one of the tracks, each once, those of the first
-  /// track first, in the library's order. Nothing if the library cannot be read. Any thread.
-  static std::optional<QStringList> playlistsWithSongPIDs(const QStringList &pids);
 
   /// Has the new track take the old ones' places in all the user's playlists; a huge one gets it at its end.
   /// Nothing, or the word of the last playlist: a text that begins with "broken:" or "error:" is a failure.
@@ -50,6 +48,25 @@ class PlaylistRepair {
   /// temporary copy stays. May run for minutes; a repair's thread.
   std::optional<QString> doPlaylistReplaceOfSongPIDsWithSongPID(const QStringList &oldPIDs,
                                                                 const QString &newPID);
+  /// What a replacement has done, playlist by playlist, in the order in which it was done.
+  struct Replaced {
+    struct Playlist {
+      QString pid, name;
+    };
+    struct Failure {
+      Playlist playlist;
+      /// A text that begins with "broken:" or "error:".
+      QString reason;
+    };
+    /// Have the new track in the old ones' places.
+    std::vector<Playlist> rebuilt;
+    /// Have the new track at their end, and hold the old ones still.
+    std::vector<Playlist> appended;
+    /// Could not be changed; the returned text tells of the last playlist alone.
+    std::vector<Failure> failed;
+  };
+  /// Of the replacement that was begun last. On the thread that ran it.
+  const Replaced &lastReplaced() const { return replaced; }
   /// Behind a run that was broken off: a playlist that was emptied to be filled from its copy need not hold
   /// an old track any more, so no replacement finds it. Fills such playlists. A repair's thread.
   void putBackCopies();
@@ -74,12 +91,14 @@ class PlaylistRepair {
   /// How often in a row the program was started again without getting on, because a script had hung.
   qint32 restartsAfterHangs() const;
   bool isDirectAccessDistrusted() const { return restartsAfterHangs() > 0; }
+  using Playlist = Replaced::Playlist;
   /// The playlists to work on, or an "error:" text.
-  QStringList findPlaylists(const QStringList &oldPIDs, QString *error);
-  std::optional<QString> appendTo(const QString &playlist, const Replacement &replacement) const;
+  std::vector<Playlist> findPlaylists(const QStringList &oldPIDs, QString *error);
+  std::optional<QString> appendTo(const Playlist &playlist, const Replacement &replacement);
   /// False if the answer ends the whole replacement.
-  bool rebuild(const QString &playlist, const Replacement &replacement, std::optional<QString> *answer);
+  bool rebuild(const Playlist &playlist, const Replacement &replacement, std::optional<QString> *answer);
 
   AppState &state;
   PlaylistLengths lengths;
+  Replaced replaced;
 };
