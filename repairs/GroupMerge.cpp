@@ -9,6 +9,7 @@
 #include "repairs/ArtworkCopy.h"
 #include "repairs/FileIdentity.h"
 #include "repairs/MergeJournal.h"
+#include "repairs/MergeReasons.h"
 #include "repairs/PlaylistRepair.h"
 #include "repairs/SharedPaths.h"
 #include "repairs/UnkeptFiles.h"
@@ -35,8 +36,8 @@ bool GroupMerge::isCancelled() const {
   return rooms.state.operation.mCancelOperation;
 }
 
-void GroupMerge::begin(Action action) {
-  rooms.state.operation.mCurrentThreadAction = action;
+void GroupMerge::begin(MergeAction action) {
+  rooms.state.operation.mCurrentThreadAction = qint32(action);
 }
 
 void GroupMerge::fail(const QString &path, const QString &reason) {
@@ -51,7 +52,7 @@ void GroupMerge::run() {
   rooms.state.operation.setCurrentActionTitle(plan.title);
   if (plan.missingPath) {
     rooms.state.operation.setCancelOperationReason(
-        formatText(QStringLiteral("missingError:%@"), {*plan.missingPath}));
+        mergeReasons::aboutFile(mergeReasons::kMissingError, *plan.missingPath));
     return;
   }
   keptPath = pathOf(plan.audioRow);
@@ -70,7 +71,7 @@ void GroupMerge::run() {
 
 void GroupMerge::mergePlayed() {
   if (isCancelled() || rooms.settings.noMergePlayedInfo) return;
-  begin(MergingPlayed);
+  begin(MergeAction::MergingPlayed);
   for (const Unkept &unkept : plan.unkept) {
     const std::optional<QString> problem = rooms.journal.mergePlayed(unkept.pid, pidOf(plan.audioRow));
     if (problem) BMLog("playmerge %@ for %@", *problem, keptPath);
@@ -79,7 +80,7 @@ void GroupMerge::mergePlayed() {
 
 void GroupMerge::copyInformation() {
   if (isCancelled() || !plan.copiesInformation()) return;
-  begin(CopyingInformation);
+  begin(MergeAction::CopyingInformation);
   const QString infoPath = pathOf(plan.infoRow);
   if (!infoPath.isEmpty() && !keptPath.isEmpty() && infoPath != keptPath)
     copyArtworkFromSongAtPathToSongAtPathReplace(infoPath, keptPath, true);
@@ -91,7 +92,7 @@ void GroupMerge::copyInformation() {
 
 void GroupMerge::replaceInPlaylists() {
   if (isCancelled() || rooms.settings.noIntelligentPlaylistHandling) return;
-  begin(ReplacingInPlaylists);
+  begin(MergeAction::ReplacingInPlaylists);
   const QStringList pids = plan.unkeptPIDs();
   if (pids.isEmpty()) return;
   LibraryChanges &changes = rooms.state.changes;
@@ -99,7 +100,7 @@ void GroupMerge::replaceInPlaylists() {
   if (!fresh.isEmpty() && !PlaylistRepair::userPlaylistsContainASongWithPID(fresh, pids)) return;
   const std::optional<QString> result =
       rooms.playlists.doPlaylistReplaceOfSongPIDsWithSongPID(pids, pidOf(plan.audioRow));
-  if (result && (result->startsWith(u"broken:") || result->startsWith(u"error:"))) {
+  if (result && mergeReasons::isFailure(*result)) {
     BMLog("doPlaylistReplaceOfSongPIDs returned '%@'", *result);
     rooms.state.operation.setCancelOperationReason(*result);
     return;
@@ -121,7 +122,7 @@ void GroupMerge::notePlaylists(const Array &known) {
 
 void GroupMerge::dealWithRows() {
   for (const Unkept &unkept : plan.unkept) {
-    begin(DealingWithRows);
+    begin(MergeAction::DealingWithRows);
     if (isCancelled()) continue;
     dealWithRow(unkept);
   }
@@ -161,7 +162,8 @@ void GroupMerge::collect(const Unkept &unkept, MergedGroup::Unkept &told) {
 
 bool GroupMerge::keptFileIsThere() {
   if (fileIdentity::isFile(keptPath)) return true;
-  rooms.state.operation.setCancelOperationReason(QStringLiteral("missingError:") + keptPath);
+  rooms.state.operation.setCancelOperationReason(
+      mergeReasons::aboutFile(mergeReasons::kMissingError, keptPath));
   return false;
 }
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "app/state/MergeState.h"
+#include "repairs/MergeAction.h"
 #include "repairs/MergePlan.h"
 
 struct AppState;
@@ -30,10 +31,9 @@ class GroupMerge {
 
  private:
   using Unkept = GroupPlan::Unkept;
-  enum Action { MergingPlayed = 1, CopyingInformation, ReplacingInPlaylists, DealingWithRows };
 
   bool isCancelled() const;
-  void begin(Action action);
+  void begin(MergeAction action);
   void mergePlayed();
   void copyInformation();
   void replaceInPlaylists();

@@ -4,7 +4,10 @@
 
 #include "app/state/LocalizedAlert.h"
 #include "bridge/LocalizedMessage.h"
+#include "support/Format.h"
 #include "values/Keys.h"
+
+using namespace mergeReasons;
 
 namespace {
 
@@ -16,18 +19,18 @@ struct Rule {
   MergeReaction reaction;
   /// The beginning of the keys of its texts.
   QStringView alert;
-  /// How many characters of the reason the message leaves out.
-  qsizetype leftOut = 0;
+  /// The rule's text is followed by a path.
+  bool tellsPath = false;
 };
 
 // The order decides. Whatever the reason was, missing tracks are taken to be the cause.
 const Rule kRules[] = {
     {Test::TracksAreMissing, u"", MergeReaction::Sheet, u"MergeFailWithMissingFiles"},
-    {Test::BeginsWith, u"broken:", MergeReaction::BrokenPlaylist, u"PlaylistBrokenSongsUnknown"},
-    {Test::Equals, u"trashError", MergeReaction::TrashFailure, u"TrashFailure"},
-    {Test::Contains, u"timed out", MergeReaction::Retry, u""},
-    {Test::BeginsWith, u"missingError:", MergeReaction::Sheet, u"MergeMissingError", 13},
-    {Test::BeginsWith, u"deleteError:", MergeReaction::Sheet, u"MergeDeleteError", 12},
+    {Test::BeginsWith, kBroken, MergeReaction::BrokenPlaylist, u"PlaylistBrokenSongsUnknown"},
+    {Test::Equals, kTrashError, MergeReaction::TrashFailure, u"TrashFailure"},
+    {Test::Contains, kTimedOut, MergeReaction::Retry, u""},
+    {Test::BeginsWith, kMissingError, MergeReaction::Sheet, u"MergeMissingError", true},
+    {Test::BeginsWith, kDeleteError, MergeReaction::Sheet, u"MergeDeleteError", true},
     {Test::Always, u"", MergeReaction::Sheet, u"PlaylistOtherError"},
 };
 
@@ -68,6 +71,14 @@ QString linesOf(const Array &texts) {
 
 }  // namespace
 
+bool mergeReasons::isFailure(QStringView answer) {
+  return answer.startsWith(kBroken) || answer.startsWith(kError);
+}
+
+QString mergeReasons::aboutFile(QStringView kind, const QString &path) {
+  return formatText(kind.toString() + QStringLiteral("%@"), {path});
+}
+
 MergeReaction reactionToReason(const QString &reason, bool tracksAreMissing) {
   return ruleFor(reason, tracksAreMissing).reaction;
 }
@@ -75,7 +86,8 @@ MergeReaction reactionToReason(const QString &reason, bool tracksAreMissing) {
 Alert alertAboutReason(const QString &reason, bool tracksAreMissing) {
   const Rule &rule = ruleFor(reason, tracksAreMissing);
   const QString messageKey = rule.alert.toString() + QStringLiteral("Message");
-  return alertWithMessage(rule.alert, localizedMessage(messageKey, reason.mid(rule.leftOut)));
+  return alertWithMessage(
+      rule.alert, localizedMessage(messageKey, rule.tellsPath ? reason.mid(rule.text.size()) : reason));
 }
 
 Alert alertAboutBrokenPlaylist(const Dictionary &details) {

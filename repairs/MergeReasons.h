@@ -4,6 +4,29 @@
 
 #include "app/state/ProblemView.h"
 
+/// Why a merge stopped, as its worker names it in the operation's state, and how the steps of the playlist
+/// repair say that they failed.
+namespace mergeReasons {
+
+/// A playlist holds tracks that cannot be put into a new one; the details follow.
+inline constexpr QStringView kBroken = u"broken:";
+/// A script failed; its own words follow.
+inline constexpr QStringView kError = u"error:";
+/// Of a script that gave no answer in time, anywhere in the reason.
+inline constexpr QStringView kTimedOut = u"timed out";
+/// A file that is to stay is gone, or one cannot be deleted; its path follows.
+inline constexpr QStringView kMissingError = u"missingError:";
+inline constexpr QStringView kDeleteError = u"deleteError:";
+/// A file could be deleted, but not be trashed.
+inline constexpr QStringView kTrashError = u"trashError";
+
+/// True for the answer of a step of the playlist repair that failed.
+bool isFailure(QStringView answer);
+/// The reason about a file; a null path is told as such.
+QString aboutFile(QStringView kind, const QString &path);
+
+}  // namespace mergeReasons
+
 /// What is done about the reason for which a merge stopped.
 enum class MergeReaction {
   /// The user is told.

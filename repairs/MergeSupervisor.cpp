@@ -11,6 +11,7 @@
 #include "bridge/LocalizedMessage.h"
 #include "bridge/iTunesInterface.h"
 #include "platform/Platform.h"
+#include "repairs/MergeAction.h"
 #include "repairs/MergeReasons.h"
 #include "repairs/MergeSettings.h"
 #include "repairs/PlaylistRepair.h"
@@ -25,7 +26,6 @@ namespace {
 constexpr float kStallLimitSeconds = 140.0f;
 constexpr float kQuietSeconds = 20.0f;
 constexpr float kQuietSecondsInPlaylists = 50.0f;
-constexpr qint32 kPlaylistAction = 3;
 /// The music application's time to go, and to come up.
 constexpr double kApplicationSeconds = 4.0;
 constexpr double kSettleSeconds = 1.0;
@@ -150,7 +150,8 @@ void MergeSupervisor::showRunning() {
       double(state.operation.mNumberOfCompletedItems) + double(state.merge.mNumberCompletedBeforeRestart);
   state.view.setProgressValue(std::max(done, rooms.operation.maximum() * kLeastShare));
   state.health.noteIfiTunesIsUnresponsiveAfterSecs(
-      lastActionShown == kPlaylistAction ? kQuietSecondsInPlaylists : kQuietSeconds);
+      MergeAction(lastActionShown) == MergeAction::ReplacingInPlaylists ? kQuietSecondsInPlaylists
+                                                                        : kQuietSeconds);
 }
 
 void MergeSupervisor::showCurrentTitle() {

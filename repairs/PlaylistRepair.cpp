@@ -6,6 +6,7 @@
 #include "app/state/AppState.h"
 #include "bridge/LocalizedMessage.h"
 #include "bridge/iTunesInterface.h"
+#include "repairs/MergeReasons.h"
 #include "repairs/UserPlaylists.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
@@ -18,10 +19,6 @@ const QString kUnknownError = QStringLiteral("error: unknown");
 /// Words of the rebuilding handler: the playlist held no old track, or was changed and holds one again.
 const QString kNothingToReplace = QStringLiteral("Done, nothing to replace");
 const QString kPutBack = QStringLiteral("put back");
-
-bool isFailure(const QString &answer) {
-  return answer.startsWith(QStringLiteral("broken:")) || answer.startsWith(QStringLiteral("error:"));
-}
 
 QString summaryOfTrack(const Dictionary &track) {
   constexpr int kLongest = 45;
@@ -172,7 +169,7 @@ std::optional<QString> PlaylistRepair::appendTo(const Playlist &playlist, const 
       prefs::isTrue(prefs::reportMinorErrors)
           ? QStringLiteral("error: cannot replace instances of song in playlist")
           : iTunesInterface::addTrackWithPIDToPlaylistWithPID(replacement.newPID, playlist.pid);
-  if (!answer || isFailure(*answer))
+  if (!answer || mergeReasons::isFailure(*answer))
     replaced.failed.push_back({playlist, answer.value_or(kUnknownError)});
   else
     replaced.appended.push_back(playlist);
@@ -189,14 +186,14 @@ bool PlaylistRepair::rebuild(const Playlist &playlist, const Replacement &replac
     if (!*answer && !isCancelled()) *answer = kUnknownError;
     state.health.setiTunesResponsive(true);
     const QString text = answer->value_or(QString());
-    if (isFailure(text) && !text.contains(QStringLiteral("timed out"))) {
+    if (mergeReasons::isFailure(text) && !text.contains(mergeReasons::kTimedOut)) {
       iTunesInterface::removePlaylistsWithNamesStartingWith(tempPlaylistPrefix());
       replaced.failed.push_back({playlist, text});
       return false;
     }
     isChanged |= text == kPutBack;
     // A step that nobody saw the end of may have been the one that did it.
-    mayBeChanged |= isFailure(text);
+    mayBeChanged |= mergeReasons::isFailure(text);
     if (!text.startsWith(QStringLiteral("Done"))) continue;
     BMLog("Finished rebuild of playlist PID was:%@ %@", playlist.pid, text);
     isChanged |= mayBeChanged || text != kNothingToReplace;
@@ -207,7 +204,7 @@ bool PlaylistRepair::rebuild(const Playlist &playlist, const Replacement &replac
 }
 
 Dictionary PlaylistRepair::playListReplaceErrorDictionaryFromString(const QString &result) const {
-  if (!result.startsWith(QStringLiteral("broken:"))) return {};
+  if (!result.startsWith(mergeReasons::kBroken)) return {};
   const QStringList fields = result.split(QStringLiteral("|@"));
   if (fields.size() < 3) return {};
   const Dictionary told = Dictionary::make();

@@ -8,6 +8,7 @@
 
 #include "platform/AtomicFile.h"
 #include "repairs/FileIdentity.h"
+#include "repairs/MergeReasons.h"
 #include "support/BMLog.h"
 #include "support/Format.h"
 #include "support/Trash.h"
@@ -80,15 +81,16 @@ bool makeCopy(const QString &path, const QString &candidate, QString *error) {
 }  // namespace
 
 Outcome trashFile(const QString &path, bool deletesOnFailure) {
+  using namespace mergeReasons;
   if (doPutInTrash(path)) {
     if (!QFileInfo::exists(path)) return {UnkeptFate::Trashed, {}};
     BMLog("Trashing did not happen despite 'successful' doPutInTrash: %@", path);
   }
-  if (!canBeUpdated(path)) return {UnkeptFate::Gone, QStringLiteral("deleteError:") + path};
+  if (!canBeUpdated(path)) return {UnkeptFate::Gone, aboutFile(kDeleteError, path)};
   BMLog("Recycle failure (nostop:%d): %@", int(deletesOnFailure), path);
-  if (!deletesOnFailure) return {UnkeptFate::Gone, QStringLiteral("trashError")};
+  if (!deletesOnFailure) return {UnkeptFate::Gone, kTrashError.toString()};
   if (QFile::remove(path)) return {UnkeptFate::Deleted, {}};
-  return {UnkeptFate::Gone, QStringLiteral("deleteError:") + path};
+  return {UnkeptFate::Gone, aboutFile(kDeleteError, path)};
 }
 
 FolderCopy safelyCopyFileAtPathToFolder(const QString &path, const QString &folder) {
