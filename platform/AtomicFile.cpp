@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/WriteAll.h"
+
 namespace {
 
 bool fail(const QString &path, const char *step, QString *error) {
@@ -20,16 +22,6 @@ bool fail(const QString &path, const char *step, QString *error) {
                  .arg(path, QString::fromLatin1(step), QString::fromUtf8(std::strerror(reason)));
   }
   return false;
-}
-
-bool writeAll(int handle, QByteArrayView bytes) {
-  while (!bytes.isEmpty()) {
-    const ssize_t count = ::write(handle, bytes.data(), size_t(bytes.size()));
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    bytes = bytes.sliced(count);
-  }
-  return true;
 }
 
 /// Brings a folder's entries to the disk. Some file systems cannot; their renames are as safe as they get.

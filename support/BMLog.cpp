@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "platform/Platform.h"
+#include "platform/WriteAll.h"
 #include "support/PreferenceKeys.h"
 #include "support/ZipFile.h"
 
@@ -64,13 +65,7 @@ bool writeWhole(int handle, const QByteArray &bytes) {
   struct stat before = {};
   const bool regular = ::fstat(handle, &before) == 0 && S_ISREG(before.st_mode);
   qsizetype written = 0;
-  while (written < bytes.size()) {
-    const ssize_t count = ::write(handle, bytes.constData() + written, size_t(bytes.size() - written));
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) break;
-    written += count;
-  }
-  if (written == bytes.size()) return true;
+  if (writeAll(handle, bytes, &written)) return true;
   const int reason = errno;
   if (regular && written > 0 && ::ftruncate(handle, before.st_size) != 0) return false;
   errno = reason;

@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/WriteAll.h"
+
 namespace {
 
 /// A descriptor that closes itself.
@@ -45,16 +47,6 @@ int openTrusted(const QString &path, struct stat *facts, QString *error) {
   *error = QString::fromLatin1(reason);
   ::close(opened);
   return -1;
-}
-
-bool writeAll(int handle, QByteArrayView bytes) {
-  while (!bytes.isEmpty()) {
-    const ssize_t count = ::write(handle, bytes.data(), size_t(bytes.size()));
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes = bytes.sliced(count);
-  }
-  return true;
 }
 
 }  // namespace

@@ -8,6 +8,8 @@
 #include <QRandomGenerator>
 #include <cerrno>
 
+#include "platform/WriteAll.h"
+
 namespace {
 
 constexpr mode_t kOwnerOnly = 0700;
@@ -21,17 +23,11 @@ bool makeFolder(const QByteArray &folder) {
 }
 
 bool writeAndClose(int handle, const QByteArray &bytes) {
-  qsizetype written = 0;
-  while (written < bytes.size()) {
-    const ssize_t count = ::write(handle, bytes.constData() + written, size_t(bytes.size() - written));
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) break;
-    written += count;
-  }
+  const bool written = writeAll(handle, bytes);
   const int reason = errno;
   const bool closed = ::close(handle) == 0;
-  if (written < bytes.size()) errno = reason;
-  return written == bytes.size() && closed;
+  if (!written) errno = reason;
+  return written && closed;
 }
 
 bool bringToDisk(const QByteArray &path) {

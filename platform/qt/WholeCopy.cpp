@@ -10,6 +10,8 @@
 #include <memory>
 #include <optional>
 
+#include "platform/WriteAll.h"
+
 namespace {
 
 /// An open file; closed with its owner, `errno` kept.
@@ -45,21 +47,10 @@ ssize_t readFully(int file, char *buffer) {
   return ssize_t(filled);
 }
 
-bool writeFully(int file, const char *bytes, size_t length) {
-  while (length > 0) {
-    const ssize_t count = ::write(file, bytes, length);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    bytes += count;
-    length -= size_t(count);
-  }
-  return true;
-}
-
 bool pour(int source, int target) {
   const auto buffer = std::make_unique<char[]>(kChunk);
   for (ssize_t count; (count = readFully(source, buffer.get())) != 0;) {
-    if (count < 0 || !writeFully(target, buffer.get(), size_t(count))) return false;
+    if (count < 0 || !writeAll(target, {buffer.get(), count})) return false;
   }
   return true;
 }
