@@ -13,6 +13,7 @@
 #include "platform/keeper/KeeperLauncher.h"
 #include "platform/keeper/KeeperLock.h"
 #include "platform/keeper/KeeperStatus.h"
+#include "platform/keeper/OutcomeJson.h"
 
 using namespace keeperProtocol;
 using namespace std::chrono_literals;
@@ -118,8 +119,9 @@ int KeeperCommand::importFile(const QString &file, const QStringList &mapping, T
   ImportRequest request{QFileInfo(file).absoluteFilePath(), {}};
   QStringList arguments{QStringLiteral("--import"), request.file};
   for (const QString &entry : mapping) {
-    if (!entry.contains(u'=')) return wrongUse(QStringLiteral("--map takes OLD=NEW"), terminal);
-    request.mapping.emplace_back(entry.section(u'=', 0, 0), entry.section(u'=', 1));
+    const auto pair = mappingOfText(entry);
+    if (!pair) return wrongUse(QStringLiteral("--map takes OLD=NEW"), terminal);
+    request.mapping.push_back(*pair);
     arguments << kMap << entry;
   }
   return transfer(request, arguments, terminal);

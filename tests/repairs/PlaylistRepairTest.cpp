@@ -11,6 +11,7 @@
 #include "tests/bridge/MortalKeeper.h"
 #include "tests/fixtures/ScriptedView.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
@@ -60,7 +61,7 @@ class PlaylistRepairTest : public BridgeTest {
     keys.set(key, mark);
     const PlaylistRow row = keeper.store().playlists().make(keys);
     keeper.store().entries().append(row, keeper.store().tracks().rows());
-    return persistentIDText(keeper.store().playlists().info(row)->persistentID);
+    return hexPersistentID(keeper.store().playlists().info(row)->persistentID);
   }
   QString numbersIn(const QString &list) { return keeper.namesIn(list).join(QString()).remove(u't'); }
   std::optional<QString> replace(const QString &old, int kept) {
