@@ -5,6 +5,7 @@
 
 #include "bench/BenchPlatform.h"
 #include "bridge/iTunesInterface.h"
+#include "keeper/library/StoreBatch.h"
 #include "platform/Platform.h"
 #include "platform/qt/LibplistPropertyList.h"
 #include "platform/qt/QtFileFacts.h"

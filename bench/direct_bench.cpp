@@ -20,6 +20,7 @@
 #include "keeper/library/EntryTable.h"
 #include "keeper/library/LibraryImport.h"
 #include "keeper/library/PlaylistTable.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/TrackTable.h"
 #include "platform/Platform.h"
 #include "platform/keeper/KeeperLibraryFramework.h"

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
@@ -79,21 +80,6 @@ void addNumbers(Entries &entries, const LibraryMediaItem &item) {
 }  // namespace
 
 namespace iTunesLibInterface {
-
-QString hexPersistentID(quint64 persistentID) {
-  constexpr int kDigits = 16;
-  QString text(kDigits, Qt::Uninitialized);
-  for (int place = kDigits - 1; place >= 0; --place, persistentID >>= 4) {
-    text[place] = QLatin1Char("0123456789ABCDEF"[persistentID & 0xF]);
-  }
-  return text;
-}
-
-quint64 persistentIDOfText(const QString &text) {
-  bool good = false;
-  const quint64 number = text.toULongLong(&good, 16);
-  return good ? number : 0;
-}
 
 Dictionary dictionaryOfMediaItem(const LibraryMediaItem &item) {
   static thread_local Entries entries;

@@ -9,11 +9,6 @@
 /// How what direct access tells becomes the very dictionaries that the library file gives.
 namespace iTunesLibInterface {
 
-/// A persistent identifier as 16 capital hexadecimal digits.
-QString hexPersistentID(quint64 persistentID);
-/// The identifier that a text begins with in hexadecimal; 0 if it does not.
-quint64 persistentIDOfText(const QString &text);
-
 /// A track's dictionary, mutable: only what is there, numbers only if not 0, "Track Type" always.
 Dictionary dictionaryOfMediaItem(const LibraryMediaItem &item);
 /// A playlist's dictionary, mutable, with no items yet.

@@ -3,6 +3,7 @@
 #include <QOperatingSystemVersion>
 #include <QSysInfo>
 
+#include "platform/KeeperIdentity.h"
 #include "platform/Platform.h"
 
 namespace iTunesInterface {
@@ -31,8 +32,8 @@ MusicApplication musicApplicationOf(const QString &kernel, int majorVersion, int
                                     const std::function<QString(const QString &)> &displayName) {
   const QString libraryKey = QStringLiteral("Database Location");
   if (kernel != u"darwin") {
-    const QString keeper = QStringLiteral("com.brinmoor.keeper");
-    return {QStringLiteral("Music Keeper"), keeper, keeper, libraryKey, false};
+    const QString identifier = keeperIdentity::kIdentifier;
+    return {keeperIdentity::kName, identifier, identifier, libraryKey, false};
   }
   if (std::pair(majorVersion, minorVersion) < std::pair(kNewSystemMajor, kNewSystemMinor)) {
     const QString identifier = QStringLiteral("com.apple.iTunes");

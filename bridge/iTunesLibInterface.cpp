@@ -9,6 +9,7 @@
 #include "support/BMLog.h"
 #include "support/Checksum.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
@@ -138,7 +139,7 @@ Dictionary local_dictionaryForPlaylistWithLocations(const LibraryPlaylist &playl
 std::optional<LibraryMediaItem> local_mediaItemForPersistentID(const QString &pid) {
   if (pid.isEmpty()) return std::nullopt;
   LibraryFramework *const object = libraryObject();
-  return object ? object->mediaItem(persistentIDOfText(pid)) : std::nullopt;
+  return object ? object->mediaItem(persistentIDOfText(pid).value_or(0)) : std::nullopt;
 }
 
 int artworkAvailableForPersistentID(const QString &pid) {
@@ -171,7 +172,7 @@ playlistInfoWithMinCountContainingTrackPIDIgnorePlaylistNamesIgnorePlaylistNames
   LibraryFramework *const object = libraryObject();
   const LibrarySnapshot snapshot(*object);
   std::optional<std::set<quint64>> holders = std::set<quint64>();
-  if (!trackPID.isEmpty()) holders = object->playlistsContaining(persistentIDOfText(trackPID));
+  if (!trackPID.isEmpty()) holders = object->playlistsContaining(persistentIDOfText(trackPID).value_or(0));
   const auto playlists = holders ? object->allPlaylists() : std::nullopt;
   if (!playlists) logBreak(*object, "playlists");
   if (!playlists) return std::nullopt;

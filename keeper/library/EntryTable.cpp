@@ -3,8 +3,10 @@
 #include <algorithm>
 
 #include "keeper/library/LibraryStore.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/StoreColumns.h"
 #include "keeper/library/StoreDatabase.h"
+#include "keeper/library/StoreStatement.h"
 
 namespace {
 
@@ -113,14 +115,6 @@ std::vector<PlaylistEntry> EntryTable::ofTrack(PlaylistRow playlist, TrackRow tr
   statement.bind(qint64(track)).bind(qint64(playlist)).run();
   std::vector<PlaylistEntry> found;
   while (statement.next()) found.push_back({statement.integer(0), track});
-  return found;
-}
-
-PlaylistRows EntryTable::playlistsWith(TrackRow track) {
-  StoreStatement statement(database, QStringLiteral("SELECT DISTINCT playlist FROM entries WHERE track = ?"));
-  statement.bind(qint64(track)).run();
-  PlaylistRows found;
-  while (statement.next()) found.push_back(PlaylistRow(statement.integer(0)));
   return found;
 }
 

@@ -26,8 +26,6 @@ class EntryTable {
   bool contains(PlaylistRow playlist, TrackRow track);
   /// The entries of one track, in order.
   std::vector<PlaylistEntry> ofTrack(PlaylistRow playlist, TrackRow track);
-  /// The playlists that hold a track, in no order.
-  PlaylistRows playlistsWith(TrackRow track);
 
   /// Puts tracks at the end, in their order, repeats allowed. Throws if one of them is gone. The new entries.
   std::vector<PlaylistEntry> append(PlaylistRow playlist, std::span<const TrackRow> tracks);

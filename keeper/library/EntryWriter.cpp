@@ -1,6 +1,7 @@
 #include "keeper/library/EntryWriter.h"
 
 #include "keeper/library/StoreDatabase.h"
+#include "keeper/library/StoreStatement.h"
 
 namespace {
 

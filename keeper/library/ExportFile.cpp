@@ -14,6 +14,7 @@
 
 #include "keeper/library/StoreError.h"
 #include "keeper/library/StoreUpgrade.h"
+#include "platform/WriteAll.h"
 
 namespace {
 
@@ -48,12 +49,7 @@ void ExportFile::fail(const char *step) const {
 }
 
 void ExportFile::write(QByteArrayView bytes) {
-  while (!bytes.isEmpty()) {
-    const ssize_t count = ::write(handle, bytes.data(), size_t(bytes.size()));
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) fail("writing");
-    bytes = bytes.sliced(count);
-  }
+  if (!writeAll(handle, bytes)) fail("writing");
 }
 
 void ExportFile::close() {
@@ -75,7 +71,7 @@ void ExportFile::takePlace() {
   if (!isDone) fail("bringing the folder to the disk");
 }
 
-QString fileIdentity(const QString &path) {
+QString fileStamp(const QString &path) {
   struct stat facts = {};
   if (::lstat(QFile::encodeName(path).constData(), &facts) != 0) return {};
   const qint64 date = qint64(facts.st_mtim.tv_sec) * 1000000000 + facts.st_mtim.tv_nsec;

@@ -30,7 +30,7 @@ class ExportFile {
 
 /// Tells a file from every other one and from itself after a change: device, number, size, date. Empty if
 /// there is no file.
-QString fileIdentity(const QString &path);
+QString fileStamp(const QString &path);
 
 /// Gives a file a second name that was free, of the form "NAME (WORDS).EXT", numbered if need be. Throws
 /// `StoreError`.

@@ -7,6 +7,7 @@
 #include "keeper/library/PlaylistObject.h"
 #include "keeper/library/Refusal.h"
 #include "keeper/library/SourceObject.h"
+#include "platform/KeeperIdentity.h"
 #include "platform/Platform.h"
 
 namespace {
@@ -33,14 +34,14 @@ const ScriptDictionary &KeeperApplication::dictionary() const {
 }
 
 bool KeeperApplication::answersTo(const QString &nameOrIdentifier) const {
-  return nameOrIdentifier.compare(kName, Qt::CaseInsensitive) == 0 ||
-         nameOrIdentifier.compare(kIdentifier, Qt::CaseInsensitive) == 0;
+  return nameOrIdentifier.compare(keeperIdentity::kName, Qt::CaseInsensitive) == 0 ||
+         nameOrIdentifier.compare(keeperIdentity::kIdentifier, Qt::CaseInsensitive) == 0;
 }
 
 ScriptValue KeeperApplication::property(const QString &term) {
   return withStoreErrors([&]() -> ScriptValue {
-    if (term == u"name") return kName;
-    if (term == u"id") return kIdentifier;
+    if (term == u"name") return keeperIdentity::kName;
+    if (term == u"id") return keeperIdentity::kIdentifier;
     if (term == u"version") return platform().bundle.shortVersion;
     if (term == u"class") return ScriptClassName{className()};
     if (term == u"selection") return ScriptValue::list();

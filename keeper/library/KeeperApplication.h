@@ -8,9 +8,6 @@
 /// of the player is reached through it. One thread; all things that it hands out end before it.
 class KeeperApplication : public ScriptApplication {
  public:
-  inline static const QString kName = QStringLiteral("Music Keeper");
-  inline static const QString kIdentifier = QStringLiteral("com.brinmoor.keeper");
-
   /// The store is open and outlives the application.
   explicit KeeperApplication(LibraryStore &store, KeeperHooks hooks = {});
 

@@ -3,11 +3,11 @@
 #include <functional>
 
 #include "keeper/library/EntryTable.h"
-#include "keeper/library/KeeperSettings.h"
 #include "keeper/library/LibraryStore.h"
 #include "keeper/library/Player.h"
 #include "keeper/library/PlaylistTable.h"
 #include "keeper/library/TrackTable.h"
+#include "platform/keeper/KeeperSettings.h"
 
 /// What the application asks of the program around it. Each is called on the thread of the scripts and may be
 /// empty.
@@ -19,14 +19,11 @@ struct KeeperHooks {
   std::function<QString()> exportLibrary;
   /// Ends the program soon: the script that asked for it is answered first.
   std::function<void()> quit;
-  /// Null for silence. Outlives the application.
-  SoundDevice *soundDevice = nullptr;
 };
 
 /// What all things of the application share. Outlives them. One thread.
 struct KeeperContext {
-  KeeperContext(LibraryStore &library, KeeperHooks given)
-      : store(library), hooks(std::move(given)), player(hooks.soundDevice) {}
+  KeeperContext(LibraryStore &library, KeeperHooks given) : store(library), hooks(std::move(given)) {}
 
   KeeperSettings settings() const { return hooks.settings ? hooks.settings() : KeeperSettings(); }
 

@@ -6,6 +6,7 @@
 #include "keeper/library/CommandThings.h"
 #include "keeper/library/MediaFolder.h"
 #include "keeper/library/Refusal.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/TrackFile.h"
 #include "keeper/library/TrackObject.h"
 #include "platform/FileAddress.h"

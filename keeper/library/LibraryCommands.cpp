@@ -8,6 +8,7 @@
 #include "keeper/library/PlaylistObject.h"
 #include "keeper/library/Refusal.h"
 #include "keeper/library/SourceObject.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/TagMemory.h"
 #include "keeper/library/TrackEditing.h"
 #include "keeper/library/TrackObject.h"

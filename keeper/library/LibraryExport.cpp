@@ -1,10 +1,10 @@
 #include "keeper/library/LibraryExport.h"
 
-#include <QFileInfo>
-
 #include "keeper/library/ExportFile.h"
 #include "keeper/library/LibraryXmlWriter.h"
 #include "keeper/library/StoreDatabase.h"
+#include "keeper/library/StoreSnapshot.h"
+#include "keeper/library/StoreStatement.h"
 #include "platform/keeper/RecordCodec.h"
 #include "platform/keeper/StoreSchema.h"
 #include "support/BMLog.h"
@@ -47,7 +47,7 @@ void LibraryExport::write(const QString &path) {
     xml.finish();
   }
   file.close();
-  const bool isForeign = !fileIdentity(path).isEmpty() && !isOurs(path);
+  const bool isForeign = !fileStamp(path).isEmpty() && !isOurs(path);
   remember(file.temporaryPath());
   if (isForeign) BMLog("[export] kept a file of another's as %@", keepUnderAnotherName(path, kKeptWords));
   file.takePlace();
@@ -56,9 +56,9 @@ void LibraryExport::write(const QString &path) {
 
 bool LibraryExport::isOurs(const QString &path) {
   const Value known = store.note(kNoteFiles);
-  const QString identity = fileIdentity(path);
+  const QString stamp = fileStamp(path);
   for (const Value &one : known.toArray()) {
-    if (one.toText() == identity) return true;
+    if (one.toText() == stamp) return true;
   }
   return false;
 }
@@ -67,7 +67,7 @@ void LibraryExport::remember(const QString &temporary) {
   const Value known = store.note(kNoteFiles);
   const Array files = known.isNull() ? Array::make() : known.toArray();
   while (files.size() >= kKnownFiles) files.removeAt(0);
-  files.append(fileIdentity(temporary));
+  files.append(fileStamp(temporary));
   store.setNote(kNoteFiles, files);
 }
 

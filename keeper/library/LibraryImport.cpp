@@ -9,8 +9,10 @@
 #include "keeper/library/LibrarySource.h"
 #include "keeper/library/NewLibrary.h"
 #include "keeper/library/PlaylistTable.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/StoreColumns.h"
 #include "keeper/library/StoreDatabase.h"
+#include "keeper/library/StoreStatement.h"
 #include "keeper/library/StoreUpgrade.h"
 #include "keeper/library/TrackTable.h"
 #include "platform/FileAddress.h"
@@ -20,6 +22,7 @@
 #include "platform/keeper/StoreSchema.h"
 #include "support/BMLog.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
@@ -183,7 +186,7 @@ quint64 LibraryImport::idOf(const Dictionary &thing, Key key, bool isTrack) {
   ++(named && *named != 0 ? counts.withDoubledID : counts.withoutID);
   quint64 id = 0;
   while (id == 0 || !used.insert(id).second) id = QRandomGenerator::system()->generate64();
-  thing.set(key, persistentIDText(id));
+  thing.set(key, hexPersistentID(id));
   return id;
 }
 

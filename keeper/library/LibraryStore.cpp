@@ -1,17 +1,16 @@
 #include "keeper/library/LibraryStore.h"
 
-#include <QDateTime>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
-#include <QVariant>
 
 #include "keeper/library/EntryTable.h"
 #include "keeper/library/NewLibrary.h"
 #include "keeper/library/PlaylistTable.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/StoreColumns.h"
 #include "keeper/library/StoreDatabase.h"
+#include "keeper/library/StoreStatement.h"
 #include "keeper/library/StoreUpgrade.h"
 #include "keeper/library/TrackTable.h"
 #include "platform/Platform.h"
@@ -207,19 +206,4 @@ QString LibraryStore::integrityReport() {
   } catch (const StoreError &error) {
     return error.message;
   }
-}
-
-StoreBatch::StoreBatch(LibraryStore &store) : StoreBatch(store.database()) {}
-
-StoreBatch::StoreBatch(StoreDatabase &database_, Kind kind) : database(database_) {
-  database.begin(kind == Kind::FirstOfAll);
-}
-
-StoreBatch::~StoreBatch() {
-  if (!isDone) database.rollBack();
-}
-
-void StoreBatch::commit() {
-  isDone = true;
-  database.commit();
 }

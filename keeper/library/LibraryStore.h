@@ -14,9 +14,9 @@ class TrackTable;
 
 /// The library of Music Keeper on disk: one database file in the library's folder. Each change is a
 /// transaction of its own and has reached the disk when its operation returns, unless `deferDisk` says
-/// otherwise; within a `StoreBatch` the whole batch is one. The file's modification date is set after each of them. Operations throw `StoreError`.
-/// One thread; another thread opens a store of its own on the same folder and sees what was committed before
-/// it looks.
+/// otherwise; within a `StoreBatch` the whole batch is one. The file's modification date is set after each
+/// of them. Operations throw `StoreError`. One thread; another thread opens a store of its own on the same
+/// folder and sees what was committed before it looks.
 class LibraryStore {
  public:
   enum class Access { ReadWrite, ReadOnly };
@@ -69,7 +69,6 @@ class LibraryStore {
   StoreDatabase &database() { return *base; }
 
  private:
-  friend class StoreBatch;
   friend class LibraryImport;
   void prepare(const QString &folder);
   void createLibrary(const QString &folder);
@@ -78,23 +77,4 @@ class LibraryStore {
   std::unique_ptr<EntryTable> entryTable;
   std::unique_ptr<PlaylistTable> playlistTable;
   std::unique_ptr<TrackTable> trackTable;
-};
-
-/// Makes all changes of its lifetime one transaction. Without `commit` they are all undone. Batches may nest:
-/// the outermost counts, and one inside that was not committed undoes the whole.
-class StoreBatch {
- public:
-  explicit StoreBatch(LibraryStore &store);
-  /// `FirstOfAll` for the one that makes the tables.
-  enum class Kind { Usual, FirstOfAll };
-  explicit StoreBatch(StoreDatabase &database, Kind kind = Kind::Usual);
-  ~StoreBatch();
-  StoreBatch(const StoreBatch &) = delete;
-  StoreBatch &operator=(const StoreBatch &) = delete;
-  /// Durable when it returns, if it is the outermost batch.
-  void commit();
-
- private:
-  StoreDatabase &database;
-  bool isDone = false;
 };

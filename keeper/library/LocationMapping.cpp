@@ -77,10 +77,8 @@ LocationMapping wholeFronts(const QString &from, const QString &to) {
 
 }  // namespace
 
-std::optional<LocationMapping> LocationMapping::parse(const QString &text) {
-  const qsizetype sign = text.indexOf(u'=');
-  if (sign <= 0) return {};
-  LocationMapping mapping{text.left(sign), text.mid(sign + 1)};
+std::optional<LocationMapping> LocationMapping::of(const QString &from, const QString &to) {
+  LocationMapping mapping{from, to};
   const bool hasDrive = mapping.from.size() > 1 && mapping.from[0].isLetter() && mapping.from[1] == u':';
   if (hasDrive || mapping.from.startsWith(u'\\')) mapping.from.replace(u'\\', u'/');
   if (hasDrive) mapping.from.prepend(u'/');
@@ -130,17 +128,4 @@ QStringList mappingFolders(LibraryStore &store, const QString &xmlPath) {
   if (!media.isEmpty() && media != QStringLiteral("/")) folders.append(media);
   folders.removeDuplicates();
   return folders;
-}
-
-qsizetype applyMapping(LibraryStore &store, const LocationMapping &mapping) {
-  StoreBatch batch(store);
-  std::vector<std::pair<TrackRow, QString>> changes;
-  store.tracks().visitColumn(keys::Location, [&](TrackRow row, const Value &location) {
-    if (!location.toText().startsWith(QStringLiteral("file:"))) return;
-    const std::optional<QString> path = mapping.apply(pathOfFileAddress(location.toText()));
-    if (path) changes.emplace_back(row, fileAddressOfPath(*path));
-  });
-  for (const auto &[row, address] : changes) store.tracks().set(row, {{keys::Location, address}});
-  batch.commit();
-  return qsizetype(changes.size());
 }

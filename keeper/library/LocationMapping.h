@@ -11,9 +11,9 @@ struct LocationMapping {
   QString from;
   QString to;
 
-  /// "OLD=NEW"; OLD may be written with a drive letter and backslashes. Nothing if a side is missing or NEW
-  /// is not a whole path.
-  static std::optional<LocationMapping> parse(const QString &text);
+  /// From the folders as a user writes them: `from` may have a drive letter and backslashes. Nothing unless
+  /// both are whole paths.
+  static std::optional<LocationMapping> of(const QString &from, const QString &to);
   /// The path with its front replaced; nothing if it does not lie in `from`.
   std::optional<QString> apply(const QString &path) const;
 };
@@ -33,6 +33,3 @@ struct MappingProposal {
 std::optional<MappingProposal> proposeMapping(LibraryStore &store, const QStringList &folders);
 /// The folders to look in for a library file: its own, and the media folder that the library names.
 QStringList mappingFolders(LibraryStore &store, const QString &xmlPath);
-
-/// Applies a mapping to every track's location, in one transaction; how many it changed. Throws `StoreError`.
-qsizetype applyMapping(LibraryStore &store, const LocationMapping &mapping);

@@ -1,6 +1,5 @@
 #include "keeper/library/MediaFolder.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include "keeper/library/FilePlacing.h"

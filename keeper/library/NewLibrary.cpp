@@ -3,6 +3,7 @@
 #include "keeper/library/StoreRows.h"
 #include "platform/FileAddress.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 Dictionary newLibraryRoot(const QString &mediaFolder, quint64 persistentID, Date now) {
   const Dictionary root = Dictionary::make();
@@ -13,7 +14,7 @@ Dictionary newLibraryRoot(const QString &mediaFolder, quint64 persistentID, Date
   root.set(keys::Features, 5);
   root.set(keys::ShowContentRatings, true);
   root.set(keys::MusicFolder, fileAddressOfPath(mediaFolder) + u'/');
-  root.set(keys::LibraryPersistentID, persistentIDText(persistentID));
+  root.set(keys::LibraryPersistentID, hexPersistentID(persistentID));
   root.set(keys::Tracks, Dictionary::make());
   root.set(keys::Playlists, Array::make());
   return root;

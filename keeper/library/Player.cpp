@@ -1,6 +1,5 @@
 #include "keeper/library/Player.h"
 
-#include "keeper/library/SoundDevice.h"
 #include "platform/Platform.h"
 
 void Player::start(const Item &next) {
@@ -8,25 +7,21 @@ void Player::start(const Item &next) {
   now = State::Playing;
   base = 0.0;
   since = platform().clock->now();
-  if (sound && !item.path.isEmpty()) sound->start(item.path, base);
 }
 
 void Player::pause() {
   if (now != State::Playing) return;
   base = position();
   now = State::Paused;
-  if (sound) sound->pause();
 }
 
 void Player::resume() {
   if (now != State::Paused) return;
   now = State::Playing;
   since = platform().clock->now();
-  if (sound) sound->resume();
 }
 
 void Player::stop() {
-  if (sound && now != State::Stopped) sound->stop();
   now = State::Stopped;
   item = {};
   base = 0.0;
@@ -46,9 +41,6 @@ void Player::setPosition(double seconds) {
   if (now == State::Stopped) return;
   base = std::max(0.0, item.seconds > 0 ? std::min(seconds, item.seconds) : seconds);
   since = platform().clock->now();
-  if (!sound || item.path.isEmpty()) return;
-  sound->start(item.path, base);
-  if (now == State::Paused) sound->pause();
 }
 
 bool Player::isAtEnd() const {
@@ -57,14 +49,4 @@ bool Player::isAtEnd() const {
 
 void Player::setVolume(int volume) {
   loudness = std::clamp(volume, 0, 100);
-  tellVolume();
-}
-
-void Player::setMuted(bool mute) {
-  muted = mute;
-  tellVolume();
-}
-
-void Player::tellVolume() {
-  if (sound) sound->setVolume(muted ? 0.0 : loudness / 100.0);
 }

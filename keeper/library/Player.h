@@ -6,10 +6,7 @@
 #include "keeper/library/StoreRows.h"
 #include "values/Date.h"
 
-class SoundDevice;
-
-/// What plays and where it stands, with a sound device or silently by the clock. Knows nothing of what comes
-/// next. One thread.
+/// What plays and where it stands, silently and by the clock. Knows nothing of what comes next. One thread.
 class Player {
  public:
   enum class State { Stopped, Playing, Paused };
@@ -23,9 +20,6 @@ class Player {
     /// 0 if not known.
     double seconds = 0.0;
   };
-
-  /// Null for silence; else the device outlives the player.
-  explicit Player(SoundDevice *device) : sound(device) {}
 
   State state() const { return now; }
   /// What plays or is paused; null when stopped.
@@ -45,13 +39,11 @@ class Player {
   int volume() const { return loudness; }
   void setVolume(int volume);
   bool isMuted() const { return muted; }
-  void setMuted(bool mute);
+  void setMuted(bool mute) { muted = mute; }
 
  private:
   double elapsed() const;
-  void tellVolume();
 
-  SoundDevice *sound;
   State now = State::Stopped;
   Item item;
   /// Where it stood when it was started or went on last, and when that was.

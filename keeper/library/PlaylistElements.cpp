@@ -3,6 +3,7 @@
 #include "keeper/library/MusicDictionary.h"
 #include "keeper/library/PlaylistObject.h"
 #include "keeper/library/Refusal.h"
+#include "values/PersistentID.h"
 
 namespace {
 

@@ -5,9 +5,11 @@
 #include "keeper/library/PlaylistTracks.h"
 #include "keeper/library/Refusal.h"
 #include "keeper/library/SourceObject.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/TrackFields.h"
 #include "platform/keeper/StoreSchema.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
@@ -102,7 +104,7 @@ ScriptValue PlaylistObject::ownProperty(const QString &term) {
   PlaylistTable &playlists = context.store.playlists();
   const PlaylistInfo &known = info();
   if (term == u"name") return known.name;
-  if (term == u"persistent id") return persistentIDText(known.persistentID);
+  if (term == u"persistent id") return hexPersistentID(known.persistentID);
   if (term == u"special kind") return specialKind(known);
   if (term == u"smart") return (known.flags & kSmart) != 0;
   if (term == u"genius") return (known.flags & (kGenius | kGeniusMix)) != 0;

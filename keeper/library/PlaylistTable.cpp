@@ -5,11 +5,14 @@
 
 #include "keeper/library/EntryTable.h"
 #include "keeper/library/LibraryStore.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/StoreColumns.h"
 #include "keeper/library/StoreDatabase.h"
+#include "keeper/library/StoreStatement.h"
 #include "platform/keeper/RecordCodec.h"
 #include "platform/keeper/StoreSchema.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
@@ -84,13 +87,6 @@ PlaylistRow PlaylistTable::withPersistentID(quint64 id) {
   return PlaylistRow::None;
 }
 
-PlaylistRow PlaylistTable::withPlaylistID(qint64 id) {
-  for (const PlaylistInfo &one : all()) {
-    if (value(one.row, keys::PlaylistID).toInteger() == id) return one.row;
-  }
-  return PlaylistRow::None;
-}
-
 PlaylistRows PlaylistTable::named(const QString &name) {
   PlaylistRows found;
   for (const PlaylistInfo &one : all()) {
@@ -146,8 +142,8 @@ PlaylistRow PlaylistTable::make(const Dictionary &given, PlaylistRow folder) {
   const Dictionary made = Dictionary::make();
   made.set(keys::Name, given.value(keys::Name).toText());
   made.set(keys::PlaylistID, database.takeNumber());
-  made.set(keys::PlaylistPersistentID, persistentIDText(id));
-  if (parent) made.set(keys::ParentPersistentID, persistentIDText(parent->persistentID));
+  made.set(keys::PlaylistPersistentID, hexPersistentID(id));
+  if (parent) made.set(keys::ParentPersistentID, hexPersistentID(parent->persistentID));
   if (!given.contains(keys::AllItems)) made.set(keys::AllItems, true);
   for (const DictionaryEntry &entry : given) {
     if (!isFixedKey(entry.key)) made.set(entry.key, entry.value);
@@ -194,7 +190,7 @@ bool PlaylistTable::moveTo(PlaylistRow row, PlaylistRow folder) {
     above = info(above->parent);
   }
   if (isPossible) {
-    const Value parent = target ? Value(persistentIDText(target->persistentID)) : Value();
+    const Value parent = target ? Value(hexPersistentID(target->persistentID)) : Value();
     // The folder stands right behind the playlist's own ID, as the music application writes it.
     Dictionary changed = record(row);
     changed.remove(keys::ParentPersistentID);

@@ -22,8 +22,6 @@ class PlaylistTable {
   /// The playlist that holds every track; a library always has one.
   PlaylistRow master();
   PlaylistRow withPersistentID(quint64 id);
-  /// By "Playlist ID".
-  PlaylistRow withPlaylistID(qint64 id);
   /// Without regard to case, in order.
   PlaylistRows named(const QString &name);
   /// Those whose bits of `mask` (of `storeSchema::PlaylistFlag`) are `flags`, in order.

@@ -6,6 +6,7 @@
 #include "keeper/library/TrackFields.h"
 #include "keeper/library/TrackObject.h"
 #include "platform/keeper/StoreSchema.h"
+#include "values/PersistentID.h"
 
 namespace {
 

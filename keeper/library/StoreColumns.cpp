@@ -3,6 +3,7 @@
 #include "platform/FileAddress.h"
 #include "platform/keeper/StoreSchema.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 using namespace storeSchema;
 

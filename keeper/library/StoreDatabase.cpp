@@ -4,12 +4,10 @@
 #include <sys/stat.h>
 
 #include <QFile>
-#include <QFileInfo>
 #include <QSqlError>
-#include <QSqlQuery>
-#include <QVariant>
 #include <atomic>
 
+#include "keeper/library/StoreStatement.h"
 #include "platform/keeper/StoreSchema.h"
 #include "support/BMLog.h"
 
@@ -205,52 +203,4 @@ void StoreDatabase::setFact(const QString &name, const QByteArray &bytes) {
       .bind(name)
       .bind(bytes)
       .run();
-}
-
-StoreSnapshot::StoreSnapshot(StoreDatabase &of) {
-  if (of.isInTransaction()) return;
-  of.execute(QStringLiteral("BEGIN"));
-  database = &of;
-}
-
-StoreSnapshot::~StoreSnapshot() {
-  if (database) QSqlQuery(database->connection).exec(QStringLiteral("COMMIT"));
-}
-
-StoreStatement::StoreStatement(StoreDatabase &database_, const QString &sql_)
-    : database(database_), sql(sql_) {
-  StoreDatabase::Pool &pool = database.statements[sql];
-  if (!pool.empty()) {
-    query = std::move(pool.back());
-    pool.pop_back();
-    return;
-  }
-  query = std::make_unique<QSqlQuery>(database.connection);
-  query->setForwardOnly(true);
-  if (!query->prepare(sql)) database.fail(query->lastError(), QStringLiteral("read"));
-}
-
-StoreStatement::~StoreStatement() {
-  // An unfinished one would keep an old state of the file alive.
-  query->finish();
-  database.statements[sql].push_back(std::move(query));
-}
-
-StoreStatement &StoreStatement::bind(const QVariant &value) {
-  query->bindValue(bound++, value);
-  return *this;
-}
-
-StoreStatement &StoreStatement::run() {
-  bound = 0;
-  if (!query->exec()) {
-    database.fail(query->lastError(), query->isSelect() ? QStringLiteral("read") : QStringLiteral("write"));
-  }
-  return *this;
-}
-
-bool StoreStatement::next() {
-  if (query->next()) return true;
-  if (query->lastError().isValid()) database.fail(query->lastError(), QStringLiteral("read"));
-  return false;
 }

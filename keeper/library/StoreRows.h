@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QtGlobal>
-#include <optional>
 #include <vector>
 
 #include "values/Value.h"
@@ -37,8 +36,3 @@ struct PlaylistInfo {
   /// 0 for the user's own.
   qint64 distinguishedKind = 0;
 };
-
-/// "%016llX": how a persistent ID is written outside.
-QString persistentIDText(quint64 id);
-/// The persistent ID of 1 to 16 hexadecimal digits in either case; nothing for any other text.
-std::optional<quint64> persistentIDOfText(const QString &text);

@@ -1,4 +1,5 @@
 #include "keeper/library/StoreUpgrade.h"
+#include "keeper/library/StoreStatement.h"
 
 #include <QFileInfo>
 #include <QVariant>

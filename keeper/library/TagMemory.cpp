@@ -4,11 +4,12 @@
 
 #include "keeper/library/TrackTable.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
 QString noteOf(LibraryStore &store, TrackRow track) {
-  return u"tag of "_qs + persistentIDText(store.tracks().persistentID(track));
+  return u"tag of "_qs + hexPersistentID(store.tracks().persistentID(track));
 }
 
 /// What a key without a value reads as.

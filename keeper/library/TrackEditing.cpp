@@ -1,4 +1,5 @@
 #include "keeper/library/TrackEditing.h"
+#include "keeper/library/StoreBatch.h"
 
 #include <QFileInfo>
 

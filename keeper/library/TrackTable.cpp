@@ -1,4 +1,6 @@
 #include "keeper/library/TrackTable.h"
+#include "keeper/library/StoreBatch.h"
+#include "keeper/library/StoreStatement.h"
 
 #include <QRandomGenerator>
 #include <algorithm>
@@ -10,6 +12,7 @@
 #include "keeper/library/StoreDatabase.h"
 #include "platform/keeper/RecordCodec.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
@@ -22,7 +25,7 @@ bool isFixedKey(Key key) {
 Dictionary newRecord(const Dictionary &given, qint64 number, quint64 id) {
   const Dictionary made = Dictionary::make();
   made.set(keys::TrackID, number);
-  const Value idText = persistentIDText(id);
+  const Value idText = hexPersistentID(id);
   for (const DictionaryEntry &entry : given) {
     if (entry.key == keys::PersistentID || entry.key == keys::TrackType || entry.key == keys::Location) {
       if (!made.contains(keys::PersistentID)) made.set(keys::PersistentID, idText);
@@ -158,18 +161,6 @@ void TrackTable::visitColumnOf(PlaylistRow playlist, Key key,
                                                     "ORDER BY entries.position"));
   statement.bind(qint64(playlist)).run();
   while (statement.next()) visit(valueInRecord(statement.bytes(0), key, database.keys));
-}
-
-std::vector<quint64> TrackTable::persistentIDs() {
-  std::vector<std::pair<qint64, quint64>> found;
-  StoreStatement statement(database, QStringLiteral("SELECT id, persistent_id FROM tracks"));
-  statement.run();
-  while (statement.next()) found.emplace_back(statement.integer(0), quint64(statement.integer(1)));
-  std::sort(found.begin(), found.end());
-  std::vector<quint64> ids;
-  ids.reserve(found.size());
-  for (const auto &[row, id] : found) ids.push_back(id);
-  return ids;
 }
 
 bool TrackTable::set(TrackRow row, const KeyChanges &changes) {

@@ -49,8 +49,6 @@ class TrackTable {
   void visitColumn(Key key, const std::function<void(TrackRow, const Value &)> &visit);
   /// The same for the entries of a playlist, repeats included.
   void visitColumnOf(PlaylistRow playlist, Key key, const std::function<void(const Value &)> &visit);
-  /// The persistent ID of every track, in order.
-  std::vector<quint64> persistentIDs();
 
   /// Stores keys: a key that is there keeps its place. "Track ID" and "Persistent ID" cannot be changed.
   /// False, and no change, if the track is gone.

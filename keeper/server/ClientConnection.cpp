@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "platform/keeper/KeeperProtocol.h"
+#include "platform/keeper/OutcomeJson.h"
 
 using std::chrono::steady_clock;
 

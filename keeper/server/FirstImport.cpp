@@ -7,9 +7,7 @@
 FirstImport::FirstImport(const QString &folder, const keeperProtocol::ImportRequest &request,
                          StatusBoard &board_)
     : board(board_) {
-  board.write([&](keeperProtocol::Status &status) {
-    status.importing = keeperProtocol::Importing{0, 0, request.file};
-  });
+  board.showImport({0, 0, request.file});
   thread = std::thread([this, folder, request] { run(folder, request); });
 }
 
@@ -21,14 +19,11 @@ FirstImport::~FirstImport() {
 void FirstImport::run(const QString &folder, const keeperProtocol::ImportRequest &request) {
   LibraryStore store;
   const QString problem = store.open(folder);
-  result = problem.isEmpty() ? importJob::run(store, request,
-                                              [this](const ImportProgress &progress) {
-                                                board.write([&](keeperProtocol::Status &status) {
-                                                  status.importing->done = progress.done;
-                                                  status.importing->total = progress.total;
-                                                });
-                                                return !cancelled;
-                                              })
+  const auto showProgress = [&](const ImportProgress &progress) {
+    board.showImport({progress.done, progress.total, request.file});
+    return !cancelled;
+  };
+  result = problem.isEmpty() ? importJob::run(store, request, showProgress)
                              : keeperProtocol::failed(keeperProtocol::kHandlerFailed, problem);
   if (result.failure) {
     BMLog("!!! import: %@", result.failure->message);

@@ -48,7 +48,7 @@ ScriptOutcome run(LibraryStore &store, const keeperProtocol::ImportRequest &requ
   ImportOptions options;
   options.onProgress = onProgress;
   for (const auto &[from, to] : request.mapping) {
-    const auto mapping = LocationMapping::parse(from + u'=' + to);
+    const auto mapping = LocationMapping::of(from, to);
     if (!mapping)
       return keeperProtocol::failed(
           keeperProtocol::kHandlerFailed,

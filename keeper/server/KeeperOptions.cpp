@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 
+#include "platform/keeper/KeeperProtocol.h"
+
 QString KeeperOptions::usage() {
   return QStringLiteral(
       "usage: tallyfen-keeper [--folder DIR] [--import FILE [--map OLD=NEW]...] [--export FILE] [--once]\n"
@@ -39,8 +41,9 @@ std::optional<KeeperOptions> KeeperOptions::parse(const QStringList &arguments, 
     if (name == u"--import") options.importFile = path;
     if (name == u"--export") options.exportFile = path;
     if (name != u"--map") continue;
-    if (!value.contains(u'=')) return fail(QStringLiteral("--map takes OLD=NEW"));
-    options.mapping.emplace_back(value.section(u'=', 0, 0), value.section(u'=', 1));
+    const auto mapping = keeperProtocol::mappingOfText(value);
+    if (!mapping) return fail(QStringLiteral("--map takes OLD=NEW"));
+    options.mapping.push_back(*mapping);
   }
   if (!options.mapping.empty() && options.importFile.isEmpty())
     return fail(QStringLiteral("--map goes with --import"));

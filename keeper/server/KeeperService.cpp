@@ -1,4 +1,5 @@
 #include "keeper/server/KeeperService.h"
+#include "platform/keeper/OutcomeJson.h"
 
 #include <utility>
 

@@ -14,9 +14,9 @@
 #include "keeper/script/Interpreter.h"
 #include "keeper/server/FirstImport.h"
 #include "keeper/server/ImportJob.h"
-#include "keeper/server/KeeperPreferences.h"
 #include "keeper/server/LibraryNotes.h"
 #include "platform/Platform.h"
+#include "platform/keeper/KeeperSettings.h"
 #include "platform/keeper/StoreSchema.h"
 #include "support/BMLog.h"
 
@@ -33,6 +33,21 @@ void touch(const QString &path) {
 
 ScriptOutcome refused(const QString &message) {
   return failed(kHandlerFailed, message);
+}
+
+/// True if the user wants the XML beside the store, and it is not that of the last change.
+bool needsExport(LibraryStore &store) {
+  return KeeperSettings::read().exportXML && !libraryNotes::isUntouched(store) &&
+         !LibraryExport(store).isCurrent();
+}
+
+void exportIfNeeded(LibraryStore &store) {
+  try {
+    // What goes wrong with the file is in the log already.
+    if (needsExport(store)) (void)LibraryExport(store).run();
+  } catch (const StoreError &error) {
+    BMLog("!! the library is not exported: %@", error.message);
+  }
 }
 
 }  // namespace
@@ -88,7 +103,7 @@ QString MusicKeeper::openStore(LibraryStore::Access access) {
   // What is done once is told without the gate of the answers.
   if (!setup.waitsForImport && access == LibraryStore::Access::ReadWrite) store.deferDisk();
   KeeperHooks hooks;
-  hooks.settings = readKeeperSettings;
+  hooks.settings = KeeperSettings::read;
   hooks.exportLibrary = [this] { return exportSoon(); };
   hooks.quit = [this] { quits = true; };
   application = std::make_unique<KeeperApplication>(store, hooks);
@@ -154,12 +169,9 @@ ScriptOutcome MusicKeeper::importFile(const ImportRequest &request) {
   takeOverFirstImport();
   if (!interpreter) return refused(kClosed);
   if (isImporting()) return refused(QStringLiteral("Another import is under way."));
-  board.write([&](Status &status) { status.importing = Importing{0, 0, request.file}; });
-  const ScriptOutcome outcome = importJob::run(store, request, [this](const ImportProgress &progress) {
-    board.write([&](Status &status) {
-      status.importing->done = progress.done;
-      status.importing->total = progress.total;
-    });
+  board.showImport({0, 0, request.file});
+  const ScriptOutcome outcome = importJob::run(store, request, [&](const ImportProgress &progress) {
+    board.showImport({progress.done, progress.total, request.file});
     return !interrupted;
   });
   board.write([&](Status &status) {
@@ -182,25 +194,12 @@ ScriptOutcome MusicKeeper::exportFile(const ExportRequest &request) {
           std::nullopt};
 }
 
-bool MusicKeeper::needsExport() {
-  if (isImporting() || !readKeeperSettings().exportXML) return false;
-  return !libraryNotes::isUntouched(store) && !LibraryExport(store).isCurrent();
-}
-
 QString MusicKeeper::exportSoon() {
   touch(store.path());
   try {
     // One that runs may have seen all changes or not: that behind it looks.
-    if (needsExport()) lateExport->startNow();
+    if (!isImporting() && needsExport(store)) lateExport->startNow();
     return {};
-  } catch (const StoreError &error) {
-    return error.message;
-  }
-}
-
-QString MusicKeeper::exportIfNeeded() {
-  try {
-    return needsExport() ? LibraryExport(store).run() : QString();
   } catch (const StoreError &error) {
     return error.message;
   }
@@ -208,27 +207,18 @@ QString MusicKeeper::exportIfNeeded() {
 
 void MusicKeeper::exportLate() {
   const std::lock_guard guard(exporting);
-  if (!readKeeperSettings().exportXML) return;
   // A store of this thread's own: scripts go on meanwhile.
   LibraryStore own;
   const QString problem = own.open(setup.folder);
-  if (!problem.isEmpty()) return BMLog("!! the library is not exported: %@", problem);
-  try {
-    LibraryExport exported(own);
-    if (!libraryNotes::isUntouched(own) && !exported.isCurrent()) (void)exported.run();
-  } catch (const StoreError &error) {
-    BMLog("!! the library is not exported: %@", error.message);
-  }
+  if (problem.isEmpty()) return exportIfNeeded(own);
+  BMLog("!! the library is not exported: %@", problem);
 }
 
 void MusicKeeper::close() {
   lateExport.reset();
   const bool wasImporting = isImporting();
   firstImport.reset();
-  if (application && !wasImporting) {
-    const QString problem = exportIfNeeded();
-    if (!problem.isEmpty()) BMLog("!! the library is not exported: %@", problem);
-  }
+  if (application && !wasImporting) exportIfNeeded(store);
   endScripts();
   store.close();
 }

@@ -56,10 +56,8 @@ class MusicKeeper : public KeeperEngine {
   /// Opens the library to changes once the import beside it has ended.
   void takeOverFirstImport();
   void noteState();
-  bool needsExport();
-  /// Empty, or what went wrong. The first does not wait for the file.
+  /// Empty, or what went wrong; does not wait for the file.
   QString exportSoon();
-  QString exportIfNeeded();
   void exportLate();
   bool isImporting() const { return firstImport != nullptr; }
 

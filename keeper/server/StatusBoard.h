@@ -16,6 +16,10 @@ class StatusBoard {
     const std::lock_guard guard(lock);
     change(status);
   }
+  /// How far an import is, from its beginning on.
+  void showImport(const keeperProtocol::Importing &importing) {
+    write([&](keeperProtocol::Status &shown) { shown.importing = importing; });
+  }
 
  private:
   mutable std::mutex lock;

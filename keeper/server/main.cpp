@@ -2,7 +2,7 @@
 
 #include "keeper/server/KeeperProgram.h"
 #include "platform/HeapRoom.h"
-#include "platform/keeper/KeeperFolder.h"
+#include "platform/KeeperIdentity.h"
 #include "platform/qt/QtPlatform.h"
 
 int main(int argumentCount, char *arguments[]) {
@@ -10,7 +10,7 @@ int main(int argumentCount, char *arguments[]) {
   QCoreApplication application(argumentCount, arguments);
   BundleInformation bundle;
   bundle.executable = QStringLiteral("tallyfen-keeper");
-  bundle.identifier = keeperFolder::kDomain;
+  bundle.identifier = keeperIdentity::kIdentifier;
   bundle.shortVersion = QStringLiteral(TALLYFEN_VERSION);
   bundle.version = bundle.shortVersion;
   const QtPlatform services(bundle, standardFolders(), standardPreferenceFolder());

@@ -5,9 +5,6 @@
 /// Where the keeper's library is. Any thread.
 namespace keeperFolder {
 
-/// The keeper's preference domain.
-inline const QString kDomain = QStringLiteral("com.brinmoor.keeper");
-
 /// The folder of the keeper's store: the one that it served last, if a store stands there, else "iTunes" in
 /// the user's music folder.
 QString ofUser();

@@ -33,6 +33,11 @@ std::optional<std::vector<std::pair<QString, QString>>> mappingOf(const QJsonVal
 
 }  // namespace
 
+std::optional<std::pair<QString, QString>> mappingOfText(const QString &text) {
+  if (!text.contains(u'=')) return std::nullopt;
+  return std::pair(text.section(u'=', 0, 0), text.section(u'=', 1));
+}
+
 QByteArray framed(const QByteArray &text) {
   QByteArray message(4, Qt::Uninitialized);
   qToBigEndian(quint32(text.size()), message.data());

@@ -40,6 +40,8 @@ struct ImportRequest {
 struct ExportRequest {
   QString file;
 };
+/// The pair that a user writes as "OLD=NEW"; nothing without the sign.
+std::optional<std::pair<QString, QString>> mappingOfText(const QString &text);
 using Request = std::variant<ScriptRequest, StatusRequest, ImportRequest, ExportRequest>;
 
 /// How far an import is.
@@ -72,12 +74,6 @@ quint32 lengthOf(const char *fourBytes);
 QByteArray encodeRequest(const Request &request);
 /// Nothing for what is no request, with what is wrong in `error` (may be null).
 std::optional<Request> decodeRequest(const QByteArray &text, QString *error);
-
-/// The text of an outcome: never longer than a message can be. A result that cannot be sent (too long, too
-/// deep, a real that is no number) becomes a failure that says so.
-QByteArray encodeOutcome(const ScriptOutcome &outcome);
-/// Nothing for what is no outcome.
-std::optional<ScriptOutcome> decodeOutcome(const QByteArray &text);
 
 QByteArray encodeStatus(const Status &status);
 /// Nothing for what is no status.

@@ -6,6 +6,7 @@
 
 #include "platform/keeper/KeeperLock.h"
 #include "platform/keeper/KeeperProtocol.h"
+#include "platform/keeper/OutcomeJson.h"
 
 using namespace std::chrono_literals;
 

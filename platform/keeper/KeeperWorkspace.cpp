@@ -1,5 +1,6 @@
 #include "platform/keeper/KeeperWorkspace.h"
 
+#include "platform/KeeperIdentity.h"
 #include "platform/keeper/KeeperLock.h"
 #include "platform/keeper/KeeperStatus.h"
 
@@ -9,7 +10,7 @@ KeeperWorkspace::KeeperWorkspace(Workspace *desktop_, KeeperPlace place_, const 
     : desktop(desktop_), place(std::move(place_)), launcher(launcher_) {}
 
 RunningApplication KeeperWorkspace::keeper() {
-  return {QStringLiteral("com.brinmoor.keeper"), QStringLiteral("Music Keeper")};
+  return {keeperIdentity::kIdentifier, keeperIdentity::kName};
 }
 
 QString KeeperWorkspace::displayNameOfApplication(const QString &path) const {

@@ -1,9 +1,9 @@
+#include "platform/keeper/OutcomeJson.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <cmath>
-
-#include "platform/keeper/KeeperProtocol.h"
 
 namespace keeperProtocol {
 

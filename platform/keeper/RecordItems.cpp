@@ -1,7 +1,5 @@
 #include "platform/keeper/RecordItems.h"
 
-#include <QHash>
-
 #include "platform/keeper/StoreSchema.h"
 #include "values/Keys.h"
 

@@ -6,6 +6,7 @@
 #include "tests/bridge/BridgeFixture.h"
 #include "tests/fixtures/MemoryLibrary.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
 
@@ -79,8 +80,8 @@ QStringList linesOf(const Dictionary &dictionary) {
 }  // namespace
 
 TEST(LibraryMapping, IdentifiersHaveSixteenDigits) {
-  EXPECT_EQ(iTunesLibInterface::hexPersistentID(255), u"00000000000000FF"_qs);
-  EXPECT_EQ(iTunesLibInterface::hexPersistentID(~quint64(0)), u"FFFFFFFFFFFFFFFF"_qs);
+  EXPECT_EQ(hexPersistentID(255), u"00000000000000FF"_qs);
+  EXPECT_EQ(hexPersistentID(~quint64(0)), u"FFFFFFFFFFFFFFFF"_qs);
 }
 
 TEST(LibraryMapping, ATrackHasWhatItsSourceHasAndNoMore) {

@@ -5,6 +5,7 @@
 #include "keeper/library/EntryTable.h"
 #include "keeper/library/LibraryStore.h"
 #include "keeper/library/PlaylistTable.h"
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/TrackTable.h"
 #include "platform/keeper/KeeperLibraryFramework.h"
 #include "support/Workers.h"

@@ -7,9 +7,11 @@
 #include <csignal>
 #include <thread>
 
+#include "keeper/library/StoreBatch.h"
 #include "keeper/library/StoreUpgrade.h"
 #include "platform/keeper/StoreSchema.h"
 #include "tests/keeper/library/StoreFixture.h"
+#include "values/PersistentID.h"
 
 using namespace storeSchema;
 
@@ -27,7 +29,7 @@ TEST_F(StoreFixture, WhatWasChangedIsThereAfterOpeningAgain) {
   reopen();
   EXPECT_EQ(store.tracks().withPersistentID(id), a);
   EXPECT_EQ(store.tracks().value(a, keys::Year).toInteger(), 1999);
-  EXPECT_EQ(store.tracks().value(a, keys::PersistentID).toText(), persistentIDText(id));
+  EXPECT_EQ(store.tracks().value(a, keys::PersistentID).toText(), hexPersistentID(id));
   EXPECT_EQ(namesIn(list), QStringLiteral("b A b"));
   EXPECT_EQ(namesIn(store.playlists().master()), QStringLiteral("A b"));
   EXPECT_EQ(store.playlists().info(list)->persistentID, before.persistentID);
@@ -67,7 +69,6 @@ TEST_F(StoreFixture, ARemovedTrackLeavesEveryPlaylistAndItsNumbersAreNotGivenAga
   const PlaylistRow list = makeList(QStringLiteral("l"));
   store.entries().append(list, std::array{b, a, b});
   EXPECT_EQ(store.entries().count(list), 3);
-  EXPECT_EQ(store.entries().playlistsWith(b).size(), 2u);
   store.tracks().remove(std::array{b});
   EXPECT_EQ(namesIn(list), QStringLiteral("a"));
   EXPECT_EQ(store.entries().count(list), 1);

@@ -5,6 +5,7 @@
 
 #include "keeper/library/LibraryExport.h"
 #include "keeper/library/LibraryImport.h"
+#include "keeper/library/StoreBatch.h"
 #include "tests/keeper/library/StoreFixture.h"
 
 namespace {

@@ -8,6 +8,7 @@
 
 #include "keeper/library/LibraryStore.h"
 #include "keeper/library/PlaylistTable.h"
+#include "keeper/library/StoreBatch.h"
 #include "platform/keeper/KeeperLock.h"
 #include "platform/keeper/KeeperWorkspace.h"
 #include "platform/qt/QtWorkspace.h"

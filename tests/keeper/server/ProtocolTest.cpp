@@ -4,6 +4,7 @@
 
 #include "platform/keeper/KeeperProtocol.h"
 #include "platform/keeper/MessageReader.h"
+#include "platform/keeper/OutcomeJson.h"
 
 using namespace keeperProtocol;
 

@@ -1,4 +1,5 @@
 #include "tests/keeper/server/ServiceFixture.h"
+#include "platform/keeper/OutcomeJson.h"
 
 #include <sys/socket.h>
 #include <unistd.h>

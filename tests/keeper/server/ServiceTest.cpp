@@ -8,6 +8,7 @@
 
 #include "platform/keeper/KeeperScriptHost.h"
 #include "platform/keeper/LocalSocket.h"
+#include "platform/keeper/OutcomeJson.h"
 #include "tests/keeper/server/ServiceFixture.h"
 
 using namespace keeperProtocol;
