@@ -50,14 +50,6 @@ std::optional<std::vector<PlaylistRepair::Replaced::Playlist>> playlistsWithSong
   return found;
 }
 
-bool holdsTrack(const Dictionary &playlist, const QString &pid) {
-  const Array &items = playlist.value(keys::PlaylistItems).toArray();
-  return std::any_of(items.begin(), items.end(), [&](const Value &item) {
-    const Value &found = item.toDictionary().value(keys::TrackPersistentID);
-    return found.isText() && found.toText() == pid;
-  });
-}
-
 }  // namespace
 
 bool PlaylistRepair::isUserPlaylist(const Dictionary &playlist) {
@@ -73,14 +65,7 @@ bool PlaylistRepair::shouldIgnorePlaylistWithName(const QString &name) {
 }
 
 bool PlaylistRepair::userPlaylistsContainASongWithPID(const Array &playlists, const QStringList &pids) {
-  std::vector<Dictionary> ordinary;
-  for (const Value &value : playlists) {
-    if (UserPlaylists::isOrdinary(value.toDictionary())) ordinary.push_back(value.toDictionary());
-  }
-  return std::any_of(pids.begin(), pids.end(), [&](const QString &pid) {
-    return std::any_of(ordinary.begin(), ordinary.end(),
-                       [&](const Dictionary &playlist) { return holdsTrack(playlist, pid); });
-  });
+  return UserPlaylists::userPlaylistsContainASongWithPID(playlists, pids);
 }
 
 QString PlaylistRepair::summaryOfTrackDicts(const Array &tracks) {

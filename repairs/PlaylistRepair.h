@@ -17,7 +17,7 @@ class ProgressSheet;
 /// playlists are too long for that.
 class PlaylistRepair {
  public:
-  /// From so many tracks on the user is warned, and above so many a playlist is not built anew.
+  /// The user is warned of a playlist of more tracks.
   static constexpr qint32 kWarnTracks = 750;
   static constexpr qint32 kHugeTracks = PlaylistLengths::kHugeTracks;
 

@@ -8,6 +8,14 @@
 
 namespace UserPlaylists {
 
+namespace {
+
+bool isIgnored(const QString &name, const QStringList &ownNames) {
+  return name.startsWith(tempPlaylistPrefix()) || ownNames.contains(name);
+}
+
+}  // namespace
+
 QString tempPlaylistPrefix() {
   return QStringLiteral("ZZZ_TF");
 }
@@ -32,11 +40,29 @@ bool isUserPlaylist(const Dictionary &playlist) {
 }
 
 bool shouldIgnorePlaylistWithName(const QString &name) {
-  return name.startsWith(tempPlaylistPrefix()) || ownNames().contains(name);
+  return isIgnored(name, ownNames());
 }
 
-bool isOrdinary(const Dictionary &playlist) {
-  return isUserPlaylist(playlist) && !shouldIgnorePlaylistWithName(playlist.value(keys::Name).toText());
+bool isOrdinary(const Dictionary &playlist, const QStringList &own) {
+  return isUserPlaylist(playlist) && !isIgnored(playlist.value(keys::Name).toText(), own);
+}
+
+bool visitEntries(const Array &playlists, const std::function<bool(const QString &)> &each) {
+  const QStringList own = ownNames();
+  for (const Value &value : playlists) {
+    const Dictionary &playlist = value.toDictionary();
+    if (!isOrdinary(playlist, own)) continue;
+    const Array &items = playlist.value(keys::PlaylistItems).toArray();
+    for (const Value &item : items) {
+      const Value &pid = item.toDictionary().value(keys::TrackPersistentID);
+      if (pid.isText() && !each(pid.toText())) return false;
+    }
+  }
+  return true;
+}
+
+bool userPlaylistsContainASongWithPID(const Array &playlists, const QStringList &pids) {
+  return !visitEntries(playlists, [&pids](const QString &pid) { return !pids.contains(pid); });
 }
 
 }  // namespace UserPlaylists

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <functional>
 
 #include "bridge/PlaylistScripts.h"
 #include "values/Value.h"
@@ -19,7 +20,13 @@ iTunesInterface::IgnoredPlaylists ignoredPlaylists();
 bool isUserPlaylist(const Dictionary &playlist);
 /// True for the names of our own playlists and for temporary ones.
 bool shouldIgnorePlaylistWithName(const QString &name);
-/// True for a playlist for which the first holds and the second, of its name, does not.
-bool isOrdinary(const Dictionary &playlist);
+/// True for a playlist for which the first holds and the second, of its name, does not. Who asks about many
+/// gives the names of our own, which are looked up once for all.
+bool isOrdinary(const Dictionary &playlist, const QStringList &own = ownNames());
+/// Calls `each` with the persistent ID of every entry of the ordinary ones, until it answers false. False if
+/// it did.
+bool visitEntries(const Array &playlists, const std::function<bool(const QString &)> &each);
+/// True if one of the tracks stands in an ordinary one.
+bool userPlaylistsContainASongWithPID(const Array &playlists, const QStringList &pids);
 
 }  // namespace UserPlaylists
