@@ -48,7 +48,7 @@ void MainController::awakeFromNib() {
   state.view.showProblemWindow();
   tellIfSettingsAreNotKept();
   watch.startObservingAppChanges();
-  if (prefs::isTrue(prefs::noScanAtStartup)) {
+  if (prefs::isTrue(prefs::noScanAtStartup) && !(isMergeToGoOn && isMergeToGoOn())) {
     loader.updateLibraryPrefsDisplay();
   } else {
     loader.doGetDefaultLibraryWhenNewerThan(std::nullopt);

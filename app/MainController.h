@@ -47,6 +47,9 @@ class MainController {
   LaunchChecks &launchChecks() { return checks; }
   Operation &currentOperation() { return operation; }
 
+  /// Tells whether a process before this one has left a merge to go on with, for which the library is loaded
+  /// whatever the user's settings are; nothing stands for no.
+  std::function<bool()> isMergeToGoOn;
   /// What ends the process's event loop; set by whoever runs it.
   std::function<void()> onTerminate;
   /// The problem window's frame as text, asked for at the end; empty for none.

@@ -153,6 +153,10 @@ void ScanDriver::forgetEarlierScan() {
     track.toDictionary().remove(keys::RKIsArtistMatched);
     track.toDictionary().remove(keys::RKIsAlbumMatched);
   }
+  noteWhatIsApplied();
+}
+
+void ScanDriver::noteWhatIsApplied() {
   state.threadLockForObject(state.library.mMusicLibrarySortedTracks);
   // It depends on the loaded library, which is the main thread's; the scan's thread then finds it fixed.
   state.ignoredDuplicates.ignoredDuplicatePIDsPrefsKey();
@@ -249,6 +253,12 @@ void ScanDriver::updateProblemNumbers() {
     if (any) label += QStringLiteral(" (%1)").arg(state.lists[tab].size());
     state.view.setTabLabel(tab, label);
   }
+}
+
+void ScanDriver::revealSavedProblems() {
+  noteWhatIsApplied();
+  state.mHaveScannedLibraryForProblems = true;
+  revealFoundProblems(false);
 }
 
 void ScanDriver::revealFoundProblems(bool afterScan) {

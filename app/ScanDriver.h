@@ -40,6 +40,9 @@ class ScanDriver {
   void updateProblemNumbers();
   /// Presents the lists: stripes, numbers, tables, and with `afterScan` the first tab with rows.
   void revealFoundProblems(bool afterScan);
+  /// The lists are those that a process before this one saved: presents them like a scan's, with the marks
+  /// that they have.
+  void revealSavedProblems();
 
  private:
   void launchIfGone();
@@ -47,6 +50,7 @@ class ScanDriver {
   bool isStale() const;
   double maximumOfProgress() const;
   void forgetEarlierScan();
+  void noteWhatIsApplied();
   void updateScanLibrary();
   void showScanProgress();
   void endScan();

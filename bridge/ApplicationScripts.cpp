@@ -39,11 +39,17 @@ void writeLibraryNow() {
   iTunesLibInterface::reloadLibrary();
 }
 
-void quitMusicApp() {
+void quitMusicAppWithin(float seconds) {
+  if (!haveBridge()) return;
   // The script alone would start a closed application.
   resetIsMusicAppRunning();
   if (!isMusicAppRunning()) return;
-  stringFromScriptNameAndFormat(QStringLiteral("iTunes_Quit"));
+  const std::optional<QString> script = scriptNamed(QStringLiteral("iTunes_Quit"));
+  if (!script) return;
+  // The request to cancel was for what ran before.
+  bridgeState().cancelRequest = false;
+  // With a time limit it does not wait for the untimed script that may be what hangs.
+  descFromScriptTimeoutSeconds(*script, seconds);
 }
 
 }  // namespace iTunesInterface

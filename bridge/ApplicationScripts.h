@@ -18,7 +18,8 @@ int iTunesMajorVersion();
 /// seconds; without a bridge nothing happens.
 void writeLibraryNow();
 
-/// Has the application quit, if it runs. Does not wait for its end.
-void quitMusicApp();
+/// Has the application quit, if it runs. Does not wait for its end, and no longer than so many seconds for
+/// its answer: neither one that hangs nor a script that it hangs on holds the caller up.
+void quitMusicAppWithin(float seconds);
 
 }  // namespace iTunesInterface

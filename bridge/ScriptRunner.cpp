@@ -42,9 +42,12 @@ ScriptOutcome runUntimed(const QString &source) {
   BridgeState &state = bridgeState();
   const std::lock_guard making(state.untimedScripts);
   const std::lock_guard executing(state.untimedScripts);
+  // A thread that was left behind may have waited here beyond the end of what it was for.
+  ScriptHost *const host = platform().scriptHost;
+  if (!host) return {};
   state.untimedScriptRuns = true;
   const auto ended = qScopeGuard([&state] { state.untimedScriptRuns = false; });
-  ScriptOutcome outcome = platform().scriptHost->run(source);
+  ScriptOutcome outcome = host->run(source);
   if (outcome.failure) outcome.result.reset();
   return outcome;
 }
@@ -92,6 +95,7 @@ std::optional<ScriptDescriptor> descFromScriptTimeoutSeconds(const QString &text
   const QString source = forThisApplication(text);
   const bool isTimed = timeout > 0;
   const ScriptOutcome outcome = isTimed ? runTimed(source, double(timeout)) : runUntimed(source);
+  if (!haveBridge()) return std::nullopt;
   BridgeState &state = bridgeState();
   state.lastScriptErrorNumber = 0;
   if (state.cancelRequest) {

@@ -12,7 +12,8 @@ void iTunesResponseCheck::threadediTunesScriptExecution(const QString &source) {
   ScriptOutcome outcome;
   {
     const std::lock_guard guard(bridgeState().timedScripts);
-    outcome = platform().scriptHost->run(source);
+    // Gone where the thread that waited here was left behind at the end of all.
+    if (ScriptHost *const host = platform().scriptHost) outcome = host->run(source);
   }
   if (outcome.failure) outcome.result.reset();
   if (!outcome.failure && !outcome.result) return;

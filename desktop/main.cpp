@@ -29,14 +29,6 @@ bool runsMusicApplication() {
   return iTunesInterface::isMusicAppRunning();
 }
 
-/// A music application that nobody but this one has started ends with it.
-void quitMusicApplication() {
-  if (!iTunesInterface::haveBridge() || !runsMusicApplication()) return;
-  constexpr float kLongestSeconds = 4;
-  iTunesInterface::descFromScriptTimeoutSeconds(QStringLiteral("tell app \"iTunes\"\rquit\rend tell"),
-                                                kLongestSeconds);
-}
-
 /// The picture of a music file, which direct access to the library leaves to those who read tags.
 QByteArray pictureOfFile(const QString &path) {
   const SongFilePtr song = SongFile::songWithPath(path);
@@ -57,7 +49,9 @@ int runApplication(GuardedApplication &loop) {
   QTimer::singleShot(0, &loop, [&application] { application.controller().awakeFromNib(); });
   const int code = loop.run();
   application.state().endAllWork();
-  if (!ranBefore) quitMusicApplication();
+  // A music application that nobody but this one has started ends with it.
+  constexpr float kLongestSeconds = 4;
+  if (!ranBefore) iTunesInterface::quitMusicAppWithin(kLongestSeconds);
   application.controller().applicationWillTerminate();
   return code;
 }

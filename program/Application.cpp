@@ -29,9 +29,10 @@ Application::Application(ProblemView &view)
   merge.setSupervisor(&supervisor);
   saved.applicationWillTerminate = [this] { main.applicationWillTerminate(); };
   saved.revealAndMerge = [this] {
-    main.scanDriver().revealFoundProblems(false);
+    main.scanDriver().revealSavedProblems();
     merge.beginMergeMarkedDuplicates();
   };
+  main.isMergeToGoOn = [this] { return saved.isStateUsable(); };
 }
 
 MergeSupervisor::Rooms Application::roomsOfMerge() {
@@ -43,6 +44,7 @@ MergeSupervisor::Rooms Application::roomsOfMerge() {
           [this] { merge.mergeMarkedDuplicates(); },
           [this] { merge.beginMergeMarkedDuplicates(); },
           [this] { return merge.isWorking(); },
+          [this] { return merge.settingsOfRun(); },
           [this](const QString &text) { return playlists.playListReplaceErrorDictionaryFromString(text); }};
 }
 

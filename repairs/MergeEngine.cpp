@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QLocale>
 
 #include "app/state/AppState.h"
 #include "app/state/LocalizedAlert.h"
@@ -14,6 +13,7 @@
 #include "repairs/PlaylistRepair.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
+#include "support/SizeText.h"
 #include "values/Keys.h"
 
 namespace {
@@ -25,10 +25,6 @@ Alert warning(const QString &name, const QString &message, const QStringList &bu
   QStringList buttonKeys;
   for (const QString &button : buttons) buttonKeys.append(name + button + QStringLiteral("Button"));
   return localizedAlert(name + QStringLiteral("Title"), message, buttonKeys, true);
-}
-
-QString sizeText(qint64 bytes) {
-  return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
 }
 
 }  // namespace
@@ -52,14 +48,14 @@ void MergeEngine::mergeMarkedDuplicates() {
   view.setProgressIndeterminate(true);
   view.setCancelEnabled(false);
   state.merge.mNumberCompletedBeforeRestart = 0;
-  if (!std::exchange(state.merge.mGoesOnAfterStall, false)) state.merge.report.clear();
+  if (!state.merge.mGoesOnAfterStall) state.merge.report.clear();
   const qint32 longest = playlists.maximumUserPlaylistTracks();
   BMLog("maximumUserPlaylistTracks = %d (warn threshold %d, huge threshold %ld)", longest,
         PlaylistRepair::kWarnTracks, qint64(PlaylistRepair::kHugeTracks));
   const MergePlan plan = makeMergePlan(state, MergeSettings::fromPreferences());
   const bool isConfirmed = plan.settings.noIntelligentPlaylistHandling || confirmPlaylists(plan, longest);
   view.setCancelEnabled(true);
-  if (!isConfirmed) return;
+  if (!isConfirmed) return giveUp();
   view.setProgressText({});
   if (plan.settings.is(UnkeptPolicy::Trash) && !prefs::isTrue(prefs::noWarnAboutUnkeptTrash)) {
     operation.progressSheet().endProgressSheetImmediately();
@@ -69,11 +65,17 @@ void MergeEngine::mergeMarkedDuplicates() {
   }
 }
 
+void MergeEngine::giveUp() {
+  if (std::exchange(state.merge.mGoesOnAfterStall, false)) state.view.mergeDidEnd();
+}
+
 bool MergeEngine::confirmPlaylists(const MergePlan &plan, qint32 longest) {
+  const bool areFound = plan.playlistsAreKnown && playlists.canFindPlaylists();
   const bool mayLose =
-      !plan.playlistsAreKnown && std::any_of(plan.groups.begin(), plan.groups.end(),
-                                             [](const GroupPlan &group) { return !group.playlists.empty(); });
+      !areFound && std::any_of(plan.groups.begin(), plan.groups.end(),
+                               [](const GroupPlan &group) { return !group.playlists.empty(); });
   if (mayLose && !confirmUnknownPlaylists()) return false;
+  state.merge.mMergesWithoutPlaylists = mayLose;
   const QHash<QString, QString> huge =
       playlists.hugePlaylistInfoUsingApplescript(!state.merge.mScriptLockedBeforeRestart);
   if (!huge.isEmpty()) return confirmHugePlaylists(huge);
@@ -98,8 +100,10 @@ bool MergeEngine::confirmHugePlaylists(const QHash<QString, QString> &huge) {
   QStringList names = huge.values();
   names.sort(Qt::CaseInsensitive);
   const QString name = QStringLiteral("HugePlaylistWarning");
-  Alert alert = warning(name, localizedMessage(name + QStringLiteral("Message"), names.join(u'\n')),
-                        {QStringLiteral("Cancel"), QStringLiteral("Proceed")});
+  Alert alert = warning(
+      name,
+      localizedMessage(name + QStringLiteral("Message"), PlaylistRepair::kHugeTracks, names.join(u'\n')),
+      {QStringLiteral("Cancel"), QStringLiteral("Proceed")});
   alert.safeButton = kStop;
   return ask(alert) != kStop;
 }
@@ -160,15 +164,13 @@ void MergeEngine::scrollTo(const Work &work) {
   state.view.scrollToTop(ProblemTab::Duplicates, *work.firstRow);
 }
 
-void MergeEngine::showProgress() {
-  state.view.setProgressIndeterminate(false);
-  state.view.setProgressValue(state.merge.mNumberCompletedBeforeRestart);
-}
-
 void MergeEngine::beginMergeMarkedDuplicates() {
   const double begin = platform().clock->now().seconds;
   const auto seconds = [begin] { return platform().clock->now().seconds - begin; };
   operation.reserve();
+  // From here on the end of the run is the end of the merge.
+  state.merge.mGoesOnAfterStall = false;
+  runSettings = MergeSettings::fromPreferences();
   state.view.rememberSelection();
   const Work work = workOfList();
   scrollTo(work);
@@ -187,10 +189,10 @@ void MergeEngine::beginMergeMarkedDuplicates() {
   plan.update = [this] {
     if (supervisor) supervisor->updateMergeMarkedDuplicatesProgress();
   };
-  plan.beforeSheet = [this] { showProgress(); };
   plan.beforeWorkers = [this] { state.view.validateProblemUI(); };
   plan.workers = {{QStringLiteral("mergeMarkedDuplicatesThread"),
                    [owned = std::move(run)] { owned->mergeMarkedDuplicatesThread(); }}};
+  state.view.setProgressIndeterminate(false);
   operation.start(plan);
 }
 
@@ -209,7 +211,7 @@ void MergeEngine::changedMergeDupeUnkeptAction() {
 void MergeEngine::chooseUnkeptPanelDidEnd(const QString &folder) {
   const bool goesOn = state.merge.mMergeAfterUnkeptFolderChosen;
   state.merge.mMergeAfterUnkeptFolderChosen = false;
-  if (folder.isEmpty()) return;
+  if (folder.isEmpty()) return goesOn ? giveUp() : void();
   prefs::set(prefs::unkeptPath, folder);
   if (goesOn) platform().mainLoop->post(tasks.guarded([this] { mergeMarkedDuplicates(); }));
 }

@@ -31,11 +31,13 @@ class MergeEngine {
   void mergeMarkedDuplicates();
   /// The buttons of the warning that files go to the trash.
   void mergeTrashAccept() { beginMergeMarkedDuplicates(); }
-  void mergeTrashCancel() {}
+  void mergeTrashCancel() { giveUp(); }
   /// Starts a run over the marked groups of the list, without questions.
   void beginMergeMarkedDuplicates();
   /// True until the thread of the run that began last has ended, between its steps too.
   bool isWorking() const { return !worker.expired(); }
+  /// What the run that began last was begun with.
+  const MergeSettings &settingsOfRun() const { return runSettings; }
   /// True if unkept files are to go to a folder and there is none, or it cannot be read.
   bool haveUnkeptFolderPathProblem() const;
   /// The policy was changed, or a merge needs its folder: asks for one if `haveUnkeptFolderPathProblem`.
@@ -44,6 +46,8 @@ class MergeEngine {
   void chooseUnkeptPanelDidEnd(const QString &folder);
 
  private:
+  /// The command ends without a run. If it was to go on with a merge that got stuck, that merge ends here.
+  void giveUp();
   /// Asks about playlists that cannot be handled well; false if the merge is not to begin.
   bool confirmPlaylists(const MergePlan &plan, qint32 longest);
   bool confirmUnknownPlaylists();
@@ -61,13 +65,12 @@ class MergeEngine {
   };
   Work workOfList() const;
   void scrollTo(const Work &work);
-  /// Shows the bar as it stands when a run begins.
-  void showProgress();
 
   AppState &state;
   Operation &operation;
   PlaylistRepair &playlists;
   MergeSupervisor *supervisor = nullptr;
+  MergeSettings runSettings;
   /// Of the run that began last; its thread owns it.
   std::weak_ptr<MergeWorker> worker;
   TaskGuard tasks;

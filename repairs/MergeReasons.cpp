@@ -60,11 +60,25 @@ Alert alertWithMessage(QStringView keyStem, const QString &message) {
   return localizedAlert(stem + QStringLiteral("Title"), message, {stem + QStringLiteral("Button")}, true);
 }
 
+QStringList textsOf(const Value &list) {
+  QStringList texts;
+  const Array &values = list.toArray();
+  for (const Value &text : values) texts.append(text.toText());
+  return texts;
+}
+
+/// The path in a reason about a file; empty for any other, and for a track without one.
+QString pathIn(const QString &reason) {
+  for (const QStringView kind : {kMissingError, kDeleteError}) {
+    if (reason.startsWith(kind) && reason.size() > kind.size() && reason[kind.size()] == u'/')
+      return reason.mid(kind.size());
+  }
+  return {};
+}
+
 /// The texts as lines; of 11 or more the first nine and a sign that there are others.
-QString linesOf(const Array &texts) {
+QString linesOf(QStringList lines) {
   constexpr qsizetype kMost = 10;
-  QStringList lines;
-  for (const Value &text : texts) lines.append(text.toText());
   if (lines.size() > kMost) lines = lines.first(kMost - 1) << QStringLiteral("...");
   return lines.isEmpty() ? localizedMessage(QStringLiteral("Unknown")) : lines.join(u'\n');
 }
@@ -90,9 +104,25 @@ Alert alertAboutReason(const QString &reason, bool tracksAreMissing) {
       rule.alert, localizedMessage(messageKey, rule.tellsPath ? reason.mid(rule.text.size()) : reason));
 }
 
+MergeFailure failureAboutReason(const QString &reason, bool tracksAreMissing, const QString &title,
+                                const Dictionary &details) {
+  const QString what =
+      localizedMessage(ruleFor(reason, tracksAreMissing).alert.toString() + QStringLiteral("Title"));
+  MergeFailure failure{title, pathIn(reason), what};
+  QString more;
+  if (reason.startsWith(kBroken)) {
+    more = (textsOf(details.value(keys::playlists)) + textsOf(details.value(keys::tracksummaries)))
+               .join(QStringLiteral(", "));
+  } else if (failure.path.isEmpty() && reason != kTrashError) {
+    more = reason;
+  }
+  if (!more.isEmpty()) failure.reason += QStringLiteral(": ") + more;
+  return failure;
+}
+
 Alert alertAboutBrokenPlaylist(const Dictionary &details) {
-  const QString playlists = linesOf(details.value(keys::playlists).toArray());
-  const QString songs = linesOf(details.value(keys::tracksummaries).toArray());
+  const QString playlists = linesOf(textsOf(details.value(keys::playlists)));
+  const QString songs = linesOf(textsOf(details.value(keys::tracksummaries)));
   return alertWithMessage(
       u"PlaylistBrokenSongsUnknown",
       localizedMessage(QStringLiteral("PlaylistBrokenSongsUnknownMessage"), playlists, songs));

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "app/state/MergeState.h"
 #include "app/state/ProblemView.h"
 
 /// Why a merge stopped, as its worker names it in the operation's state, and how the steps of the playlist
@@ -44,6 +45,11 @@ MergeReaction reactionToReason(const QString &reason, bool tracksAreMissing);
 
 /// The message about a reason whose reaction is a sheet or the failure of the trash.
 Alert alertAboutReason(const QString &reason, bool tracksAreMissing);
+
+/// The same reason as the report of the merge has it, in one line. `details` is what a "broken:" text tells,
+/// `title` the group that was in work.
+MergeFailure failureAboutReason(const QString &reason, bool tracksAreMissing, const QString &title,
+                                const Dictionary &details);
 
 /// The message about a playlist that cannot be built anew, from what its "broken:" text tells; null for
 /// nothing. Long lists are cut.

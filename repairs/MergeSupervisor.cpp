@@ -19,6 +19,7 @@
 #include "scanners/DuplicateGroups.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
+#include "support/RestServingThreads.h"
 #include "values/Keys.h"
 
 namespace {
@@ -27,7 +28,7 @@ constexpr float kStallLimitSeconds = 140.0f;
 constexpr float kQuietSeconds = 20.0f;
 constexpr float kQuietSecondsInPlaylists = 50.0f;
 /// The music application's time to go, and to come up.
-constexpr double kApplicationSeconds = 4.0;
+constexpr float kApplicationSeconds = 4.0F;
 constexpr double kSettleSeconds = 1.0;
 constexpr double kCommandDelaySeconds = 0.5;
 /// A bar that stands at nothing looks broken.
@@ -44,27 +45,26 @@ bool MergeSupervisor::isEnding() const {
   return operation.mCancelOperation || operation.mCompletedOperation;
 }
 
-void MergeSupervisor::serveWorkers(double seconds) const {
-  constexpr double kStepSeconds = 0.05;
-  const Clock &clock = *platform().clock;
-  const double end = clock.now().seconds + seconds;
-  for (double left = seconds; left > 0; left = end - clock.now().seconds) {
-    bool asked = false;
-    platform().mainLoop->serveUntil([&asked] { return std::exchange(asked, true); });
-    platform().clock->sleep(std::min(kStepSeconds, left));
-  }
-}
-
 void MergeSupervisor::updateMergeMarkedDuplicatesProgress() {
   AppState &state = rooms.state;
   state.health.checkForUnauthorizedAppleEvents();
   if (state.mIsEnding) return;
+  noteCounting();
   if (state.operation.mNumberOfCompletedItems != state.operation.mLastCompletedCount) {
     showFinishedRows();
   } else if (const float seconds = stalledSeconds(); !isEnding() && seconds > kStallLimitSeconds) {
     if (!resolveStall(seconds)) return;
   }
   isEnding() ? endRun() : showRunning();
+}
+
+void MergeSupervisor::noteCounting() {
+  // A library of any size may be counted before the first row and behind the last.
+  MergeState &merge = rooms.state.merge;
+  const qint64 steps = merge.countingSteps;
+  if (std::exchange(lastCountingSteps, steps) == steps) return;
+  merge.lastProgress = platform().clock->now();
+  if (waitsSince) waitsSince = merge.lastProgress.seconds;
 }
 
 void MergeSupervisor::showFinishedRows() {
@@ -87,7 +87,7 @@ bool MergeSupervisor::resolveStall(float seconds) {
         double(kStallLimitSeconds));
   operation.mCancelOperation = true;
   iTunesInterface::cancelCurrentScriptExecution();
-  serveWorkers(kSettleSeconds);
+  restServingThreads(kSettleSeconds);
   // A thread between two steps may be stuck too, where it asks the library.
   if (operation.mCurrentThreadAction != 0 || rooms.isWorking()) {
     replaceProcess();
@@ -110,7 +110,7 @@ void MergeSupervisor::startOverWithMusicApplication() {
   state.threadLockForObject(state.lists.mDuplicateSongDicts);
   state.view.reloadTable(ProblemTab::Duplicates);
   state.operation.setCancelOperationReason({});
-  mergesAgain = true;
+  state.merge.mGoesOnAfterStall = true;
 }
 
 void MergeSupervisor::replaceProcess() {
@@ -128,7 +128,7 @@ void MergeSupervisor::replaceProcess() {
 }
 
 void MergeSupervisor::relaunchMusicApplication() {
-  iTunesInterface::quitMusicApp();
+  iTunesInterface::quitMusicAppWithin(kApplicationSeconds);
   platform().clock->sleep(kApplicationSeconds);
   platform().workspace->launchApplication(iTunesInterface::musicAppIdentifier());
 }
@@ -182,10 +182,10 @@ void MergeSupervisor::endRun() {
   std::vector<Alert> sheets;
   const QString reason = operation.cancelOperationReason();
   if (!reason.isEmpty() && !reportReason(reason, sheets)) return;
-  const bool collected = prefs::integer(prefs::unkeptActionPolicy) == int(UnkeptPolicy::Playlist);
-  if (operation.mNumberOfCompletedItems != 0 && collected) {
+  if (operation.mNumberOfCompletedItems != 0 && rooms.settingsOfRun().is(UnkeptPolicy::Playlist)) {
     sheets.push_back(localizedAlert(QStringLiteral("UnkeptNotDeletedTitle"),
-                                    localizedMessage(QStringLiteral("UnkeptNotDeletedMessage")),
+                                    localizedMessage(QStringLiteral("UnkeptNotDeletedMessage"),
+                                                     localizedMessage(QStringLiteral("UnkeptPlaylist"))),
                                     {QStringLiteral("UnkeptNotDeletedButton")}));
   }
   state.commands->updateProblemNumbers();
@@ -226,7 +226,7 @@ bool MergeSupervisor::waitForStep() {
   const double begin = platform().clock->now().seconds;
   while (operation.mCurrentThreadAction != 0 && platform().clock->now().seconds - begin < kLongestSeconds) {
     operation.mCancelOperation = true;
-    serveWorkers(kPollSeconds);
+    restServingThreads(kPollSeconds);
     // The request is used up by the script that ends next, and the worker may go from script to script.
     iTunesInterface::cancelCurrentScriptExecution();
   }
@@ -247,7 +247,7 @@ bool MergeSupervisor::waitForStep() {
 
 void MergeSupervisor::removeTemporaryPlaylists() {
   BMLog("Cancel merge will clean up temp playlists...");
-  serveWorkers(kSettleSeconds);
+  restServingThreads(kSettleSeconds);
   // Its script may go on for long and is not waited for, not even at the end of the process.
   bridgeState().abandoned.detach(QStringLiteral("removePlaylistsWithNamesStartingWith"), [] {
     iTunesInterface::removePlaylistsWithNamesStartingWith(PlaylistRepair::tempPlaylistPrefix());
@@ -258,24 +258,26 @@ bool MergeSupervisor::reportReason(const QString &reason, std::vector<Alert> &sh
   AppState &state = rooms.state;
   BMLog("Cancel merge reason: %@", reason);
   const bool tracksAreMissing = !state.lists.mMissingSongDicts.isEmpty();
-  switch (reactionToReason(reason, tracksAreMissing)) {
-    case MergeReaction::Retry:
-      retry(reason);
-      return false;
-    case MergeReaction::TrashFailure:
-      state.operation.setCancelOperationReason({});
-      state.view.beginSheet(alertAboutReason(reason, tracksAreMissing),
-                            [task = tasks.guarded([this] { dismissTrashFailureSheet(); })](int) { task(); });
-      return false;
-    case MergeReaction::BrokenPlaylist:
-      sheets.push_back(reactToBrokenPlaylist(reason));
-      break;
-    case MergeReaction::Sheet:
-      sheets.push_back(alertAboutReason(reason, tracksAreMissing));
-      break;
+  const MergeReaction reaction = reactionToReason(reason, tracksAreMissing);
+  if (reaction == MergeReaction::Retry) {
+    retry(reason);
+    return false;
   }
+  const Dictionary brokenDetails = rooms.playListReplaceErrorDictionary(reason);
+  state.merge.report.addFailure(
+      failureAboutReason(reason, tracksAreMissing, state.operation.currentActionTitle(), brokenDetails));
   state.operation.setCancelOperationReason({});
-  return true;
+  const bool isBroken = reaction == MergeReaction::BrokenPlaylist;
+  if (isBroken) distrustLocations(brokenDetails);
+  const Alert alert =
+      isBroken ? alertAboutBrokenPlaylist(brokenDetails) : alertAboutReason(reason, tracksAreMissing);
+  if (reaction != MergeReaction::TrashFailure) {
+    sheets.push_back(alert);
+    return true;
+  }
+  state.view.beginSheet(alert,
+                        [task = tasks.guarded([this] { dismissTrashFailureSheet(); })](int) { task(); });
+  return false;
 }
 
 void MergeSupervisor::retry(const QString &reason) {
@@ -286,31 +288,24 @@ void MergeSupervisor::retry(const QString &reason) {
   rooms.beginMergeMarkedDuplicates();
 }
 
-Alert MergeSupervisor::reactToBrokenPlaylist(const QString &reason) {
+void MergeSupervisor::distrustLocations(const Dictionary &brokenDetails) {
   AppState &state = rooms.state;
-  const Dictionary details = rooms.playListReplaceErrorDictionary(reason);
   const Array untrusted = state.untrustedLocations.untrustedLocationPIDsArray();
   const ObjectLock lock = state.threadLockForObject(untrusted);
   const std::lock_guard held(*lock);
   QSet<QString> known;
   for (const Value &pid : untrusted) known.insert(pid.toText());
-  for (const Value &track : details.value(keys::tracks).toArray()) {
+  const Array tracks = brokenDetails.value(keys::tracks).toArray();
+  for (const Value &track : tracks) {
     const QString &pid = track.toDictionary().value(keys::PersistentID).toText();
     if (pid.isEmpty() || known.contains(pid)) continue;
     known.insert(pid);
     untrusted.append(pid);
   }
-  return alertAboutBrokenPlaylist(details);
 }
 
 void MergeSupervisor::showSheets(std::vector<Alert> sheets) {
-  if (sheets.empty() && !mergesAgain) return rooms.state.view.mergeDidEnd();
-  if (sheets.empty()) {
-    mergesAgain = false;
-    platform().mainLoop->stopTimer(mergeAgainTimer);
-    mergeAgainTimer = platform().mainLoop->startTimer(kCommandDelaySeconds, false, [this] { mergeAgain(); });
-    return;
-  }
+  if (sheets.empty()) return rooms.state.merge.mGoesOnAfterStall ? mergeAgainLater() : tellEnd();
   const Alert first = sheets.front();
   sheets.erase(sheets.begin());
   rooms.state.view.beginSheet(
@@ -318,14 +313,25 @@ void MergeSupervisor::showSheets(std::vector<Alert> sheets) {
       [task = tasks.guarded([this, others = std::move(sheets)] { showSheets(others); })](int) { task(); });
 }
 
+void MergeSupervisor::mergeAgainLater() {
+  platform().mainLoop->stopTimer(mergeAgainTimer);
+  mergeAgainTimer = platform().mainLoop->startTimer(kCommandDelaySeconds, false, [this] { mergeAgain(); });
+}
+
 void MergeSupervisor::mergeAgain() {
-  rooms.state.merge.mGoesOnAfterStall = true;
+  const AppState &state = rooms.state;
+  // The user may have been faster, with the same command or with another.
+  if (state.mIsEnding || !state.merge.mGoesOnAfterStall) return;
+  if (rooms.operation.isBusy() || state.mMusicLibraryBusy) return tellEnd();
+  if (state.view.hasSheet()) return mergeAgainLater();
   rooms.mergeMarkedDuplicates();
+}
+
+void MergeSupervisor::tellEnd() {
   rooms.state.merge.mGoesOnAfterStall = false;
-  // The user may not want to go on.
-  if (!rooms.operation.isBusy() && !rooms.state.view.hasSheet()) rooms.state.view.mergeDidEnd();
+  rooms.state.view.mergeDidEnd();
 }
 
 void MergeSupervisor::dismissTrashFailureSheet() {
-  rooms.state.view.mergeDidEnd();
+  tellEnd();
 }

@@ -7,6 +7,7 @@
 
 #include "app/state/ProblemView.h"
 #include "platform/MainLoop.h"
+#include "repairs/MergeSettings.h"
 #include "support/TaskGuard.h"
 
 struct AppState;
@@ -32,6 +33,8 @@ class MergeSupervisor {
     std::function<void()> beginMergeMarkedDuplicates;
     /// True until the thread of the run in hand has ended, between its steps too.
     std::function<bool()> isWorking;
+    /// What the run in hand was begun with.
+    std::function<MergeSettings()> settingsOfRun;
     /// What a "broken:" text of the playlist repair tells.
     std::function<Dictionary(const QString &)> playListReplaceErrorDictionary;
   };
@@ -50,9 +53,9 @@ class MergeSupervisor {
 
  private:
   bool isEnding() const;
-  void serveWorkers(double seconds) const;
 
   // The parts of a tick.
+  void noteCounting();
   void showFinishedRows();
   float stalledSeconds() const;
   [[nodiscard]] bool resolveStall(float seconds);
@@ -71,16 +74,18 @@ class MergeSupervisor {
   [[nodiscard]] bool hasWorkerEnded();
   void removeTemporaryPlaylists();
   [[nodiscard]] bool reportReason(const QString &reason, std::vector<Alert> &sheets);
-  Alert reactToBrokenPlaylist(const QString &reason);
+  void distrustLocations(const Dictionary &brokenDetails);
   void retry(const QString &reason);
   void showSheets(std::vector<Alert> sheets);
+  void mergeAgainLater();
   void mergeAgain();
+  void tellEnd();
 
   Rooms rooms;
   QString lastTitleShown;
   qint32 lastActionShown = 0;
-  /// The run in hand was given up so that the command can be given again: its end is not the merge's.
-  bool mergesAgain = false;
+  /// `MergeState::countingSteps` as a tick saw it last.
+  qint64 lastCountingSteps = 0;
   /// Since when a run that is over waits for its thread.
   std::optional<double> waitsSince;
   MainLoop::TimerID mergeAgainTimer = 0;

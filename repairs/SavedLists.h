@@ -12,6 +12,8 @@ struct SavedLists {
   qint32 completedBeforeRestart = 0;
   qint32 noProgressRestarts = 0;
   bool scriptLocked = false;
+  /// How long the file was.
+  qsizetype fileBytes = 0;
 
   /// Reads a state. Nothing for one that cannot be ours: a list is absent or none, a row is no dictionary, or
   /// the groups of the duplicates do not stand together under numbers of their own. Keys that are not known

@@ -111,47 +111,59 @@ bool SavedState::readStateExists() const {
   return PrivateFile::exists(statePath());
 }
 
-bool SavedState::readState() {
-  if (!isUsed || !readStateExists()) return false;
-  const bool usable = readYoungFile();
-  if (!PrivateFile::remove(statePath())) BMLog("!! %@ cannot be removed", statePath());
-  return usable;
+bool SavedState::isStateUsable() const {
+  QString problem;
+  return isUsed && readStateExists() && savedLists(&problem);
 }
 
-bool SavedState::readYoungFile() {
+bool SavedState::readState() {
+  if (!isUsed || !readStateExists()) return false;
+  QString problem;
+  const std::optional<SavedLists> saved = savedLists(&problem);
+  if (!problem.isEmpty()) complain(problem);
+  if (!PrivateFile::remove(statePath())) BMLog("!! %@ cannot be removed", statePath());
+  if (saved) takeOver(*saved);
+  return saved.has_value();
+}
+
+std::optional<SavedLists> SavedState::savedLists(QString *problem) {
   QString error;
   const std::optional<PrivateFile> file = PrivateFile::read(statePath(), &error);
   if (!file) {
-    complain(QStringLiteral("[!] readState ignored: ") + error);
-    return false;
+    *problem = QStringLiteral("[!] readState ignored: ") + error;
+    return std::nullopt;
   }
   const auto elapsed = float(platform().clock->now().seconds - file->modified.seconds);
   if (!(elapsed > 0) || !(elapsed < kLongestAgeSeconds)) {
-    complain(formatText(QStringLiteral("[!] readState %.1f elapsed, ignored"), {double(elapsed)}));
-    return false;
+    *problem = formatText(QStringLiteral("[!] readState %.1f elapsed, ignored"), {double(elapsed)});
+    return std::nullopt;
   }
-  if (file->bytes.isEmpty()) return false;
+  if (file->bytes.isEmpty()) return std::nullopt;
   const Value root = platform().propertyLists->parse(file->bytes, &error);
-  const std::optional<SavedLists> saved = SavedLists::fromDictionary(root.toDictionary());
+  std::optional<SavedLists> saved = SavedLists::fromDictionary(root.toDictionary());
   if (!saved && error.isEmpty()) error = QStringLiteral("no state of a merge");
-  if (!error.isEmpty()) {
-    complain(formatText(QStringLiteral("[!] readState %ld bytes, %ld items: %@"),
-                        {file->bytes.size(), root.toDictionary().size(), error}));
-    return false;
+  if (error.isEmpty()) {
+    saved->fileBytes = file->bytes.size();
+    return saved;
   }
+  *problem = formatText(QStringLiteral("[!] readState %ld bytes, %ld items: %@"),
+                        {file->bytes.size(), root.toDictionary().size(), error});
+  return std::nullopt;
+}
+
+void SavedState::takeOver(const SavedLists &saved) {
   for (const ProblemTab tab : kProblemTabs) {
-    state.lists[tab] = saved->lists[tab];
+    state.lists[tab] = saved.lists[tab];
     // Locks are made here, before any worker looks them up.
     state.threadLockForObject(state.lists[tab]);
   }
-  if (saved->tab) state.view.selectTab(*saved->tab);
-  state.merge.mNumberCompletedBeforeRestart = saved->completedBeforeRestart;
-  state.merge.mScriptLockedBeforeRestart = saved->scriptLocked;
-  state.merge.mNumberOfNoProgressRestarts = saved->noProgressRestarts;
+  if (saved.tab) state.view.selectTab(*saved.tab);
+  state.merge.mNumberCompletedBeforeRestart = saved.completedBeforeRestart;
+  state.merge.mScriptLockedBeforeRestart = saved.scriptLocked;
+  state.merge.mNumberOfNoProgressRestarts = saved.noProgressRestarts;
   BMLog("[+] readState from %.1f KB: completedBeforeRestart:%d noProgressRestarts:%d scriptLocked:%d",
-        double(file->bytes.size()) / 1024.0, saved->completedBeforeRestart, saved->noProgressRestarts,
-        int(saved->scriptLocked));
-  return true;
+        double(saved.fileBytes) / 1024.0, saved.completedBeforeRestart, saved.noProgressRestarts,
+        int(saved.scriptLocked));
 }
 
 void SavedState::recoverFromReadState() {
@@ -163,7 +175,8 @@ bool SavedState::prepareRelaunch() {
     BMLog("prepareRelaunch success=%d", int(success));
     return success;
   };
-  if (applicationPath.isEmpty() || !QFileInfo(toolPath).isExecutable()) {
+  const QFileInfo program(toolPath);
+  if (applicationPath.isEmpty() || !program.isFile() || !program.isExecutable()) {
     BMLog("prepareRelaunch could not find relaunch");
     return finished(false);
   }

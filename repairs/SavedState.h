@@ -2,11 +2,13 @@
 
 #include <QString>
 #include <functional>
+#include <optional>
 
 #include "values/Value.h"
 
 struct AppState;
 class DuplicateGroups;
+struct SavedLists;
 
 /// Where a merge stands, on disk, so that a new process can go on with it. Main thread.
 class SavedState {
@@ -21,6 +23,8 @@ class SavedState {
   [[nodiscard]] bool writeState();
   /// True if there is a state file, usable or not.
   bool readStateExists() const;
+  /// True if `readState` would take the state file over now. Changes nothing.
+  bool isStateUsable() const;
   /// Takes the state file's lists and counters over if it is younger than four minutes. The file is deleted
   /// whatever comes of it. What does not look like a state of ours changes nothing.
   [[nodiscard]] bool readState();
@@ -45,7 +49,10 @@ class SavedState {
  private:
   Dictionary stateAsDictionary();
   bool store(const Dictionary &root);
-  bool readYoungFile();
+  /// What the file says; nothing for one that is not to be taken over, with why in `problem` where that is
+  /// worth telling.
+  static std::optional<SavedLists> savedLists(QString *problem);
+  void takeOver(const SavedLists &saved);
 
   AppState &state;
   DuplicateGroups &groups;

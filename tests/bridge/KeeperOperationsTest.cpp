@@ -68,7 +68,7 @@ TEST_F(KeeperOperations, ItAnswersItsVersionAndItsFields) {
   EXPECT_EQ(lastScriptErrorNumber(), -1728);
   writeLibraryNow();
   EXPECT_GT(keeper.exports, 0);
-  quitMusicApp();
+  quitMusicAppWithin(4);
   EXPECT_EQ(keeper.quits, 1);
 }
 

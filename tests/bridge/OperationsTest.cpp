@@ -74,7 +74,7 @@ TEST_F(Operations, AClosedApplicationOrAnEmptyNameRunsNothing) {
 
 TEST_F(Operations, AClosedApplicationIsNotStartedToQuit) {
   session.running.clear();
-  quitMusicApp();
+  quitMusicAppWithin(4);
   EXPECT_EQ(asked(), QString());
 }
 
