@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "app/library/RelatedValues.h"
 #include "values/Keys.h"
 
@@ -33,11 +31,11 @@ CalculatedValues values() {
 
 Dictionary rowOf(std::initializer_list<std::pair<Key, Value>> entries) {
   const Dictionary row = Dictionary::make();
-  for (const auto &[key, value] : entries) row.set(key, value);
+  for (const auto &[key, value] : entries) {
+    if (!value.isNull()) row.set(key, value);
+  }
   return row;
 }
-
-const Value kHuge = std::numeric_limits<qint64>::max();
 
 /// "-" for nothing.
 std::string shown(const Value &value) {
@@ -47,64 +45,46 @@ std::string shown(const Value &value) {
 }  // namespace
 
 TEST(CalculatedValues, ShowStarsTimesNumbersAndTypes) {
-  const QString star(QChar(0x2605));
-  struct Case {
-    Key key;
-    std::vector<std::pair<Key, Value>> row;
-    QString expected;
-  };
-  const auto text = [](const char *utf8) { return QString::fromUtf8(utf8); };
-  using keys::TotalTime, keys::Rating, keys::TrackNumber, keys::TrackCount, keys::Kind, keys::BitRate;
-  const std::vector<Case> cases = {
-      {keys::calc_humanTime, {{TotalTime, 0}}, text("0:00")},
-      {keys::calc_humanTime, {{TotalTime, 1}}, text("0:01")},
-      {keys::calc_humanTime, {{TotalTime, 9000}}, text("0:09")},
-      {keys::calc_humanTime, {{TotalTime, 9001}}, text("0:10")},
-      {keys::calc_humanTime, {{TotalTime, 59001}}, text("1:00")},
-      {keys::calc_humanTime, {{TotalTime, 61000}}, text("1:01")},
-      {keys::calc_humanTime, {{TotalTime, 3599001}}, text("1:00:00")},
-      {keys::calc_humanTime, {{TotalTime, 3661000}}, text("1:01:01")},
-      {keys::calc_humanTime, {{TotalTime, 4199000}}, text("1:09:59")},
-      {keys::calc_humanTime, {{TotalTime, 4200000}}, text("1:10:00")},
-      // Single precision holds 20,000,001 as 20,000,000.
-      {keys::calc_humanTime, {{TotalTime, 20000001}}, text("5:33:20")},
-      {keys::calc_humanTime, {{TotalTime, -1000}}, text("0:0-1")},
-      {keys::calc_humanTime, {{TotalTime, kHuge}}, text("2562047909705:57:20")},
-      {keys::calc_humanTime, {{TotalTime, text("61000 ms")}}, text("1:01")},
-      {keys::calc_humanTime, {}, text("-")},
-      {keys::calc_rating, {}, QString()},
-      {keys::calc_rating, {{Rating, 19}}, QString()},
-      {keys::calc_rating, {{Rating, -19}}, QString()},
-      {keys::calc_rating, {{Rating, -20}}, text("-")},
-      {keys::calc_rating, {{Rating, 20}}, star},
-      {keys::calc_rating, {{Rating, 119}}, star.repeated(5)},
-      {keys::calc_rating, {{Rating, 120}}, text("-")},
-      {keys::calc_rating, {{Rating, kHuge}}, text("-")},
-      {keys::calc_trackOfTotal, {{TrackCount, 12}}, text("-")},
-      {keys::calc_trackOfTotal, {{TrackNumber, 3}}, text("3")},
-      {keys::calc_trackOfTotal, {{TrackNumber, 3}, {TrackCount, 12}}, text("3/12")},
-      {keys::calc_type, {}, text("-")},
-      {keys::calc_type, {{Kind, 7}, {BitRate, 128}}, text("-")},
-      {keys::calc_type, {{Kind, text("")}}, text("-")},
-      {keys::calc_type, {{Kind, text("Ogg Vorbis")}, {BitRate, 128}}, text("Ogg 128")},
-      {keys::calc_type, {{Kind, text("Ogg")}}, text("Ogg")},
-      {keys::calc_type, {{Kind, text("aac file")}}, text("aac")},
-      {keys::calc_type, {{Kind, text("Protected AAC file")}, {BitRate, 128}}, text("Protected AAC 128")},
-      {keys::calc_type, {{Kind, text("Protected song")}}, text("Protected")},
-      {keys::calc_type, {{Kind, text("AAC of a WAV")}}, text("AAC")},
-      {keys::calc_type, {{Kind, text("MPEG-4 file")}}, text("MPEG-4")},
-      {keys::calc_type, {{Kind, text("Datei, mpeg")}, {BitRate, 320}}, text("MP3 320")},
-      {keys::calc_type, {{Kind, text("Wave WAV")}}, text("wav")},
-      {keys::calc_inconsistentName, {}, text("names")},
-      {Key(u"calc_other"), {}, text("-")},
-  };
   const CalculatedValues calculated = values();
-  for (const Case &expected : cases) {
-    const Dictionary row = Dictionary::make();
-    for (const auto &[key, value] : expected.row) row.set(key, value);
-    const Value value = calculated.calculatedValueForDictionaryKey(row, expected.key);
-    EXPECT_EQ(shown(value), expected.expected.toStdString()) << expected.key.text().toStdString();
+  const auto expect = [&](Key key, std::initializer_list<std::pair<Key, Value>> row,
+                          const QString &expected) {
+    EXPECT_EQ(shown(calculated.calculatedValueForDictionaryKey(rowOf(row), key)), expected.toStdString())
+        << key.text().toStdString();
+  };
+  // Single precision holds 20,000,001 as 20,000,000.
+  const QString times = QStringLiteral(
+      u"0=0:00 1=0:01 9000=0:09 9001=0:10 59001=1:00 61000=1:01 3599001=1:00:00 3661000=1:01:01 "
+      u"4199000=1:09:59 4200000=1:10:00 20000001=5:33:20 -1000=0:0-1 "
+      u"9223372036854775807=2562047909705:57:20");
+  for (const QString &time : times.split(u' '))
+    expect(keys::calc_humanTime, {{keys::TotalTime, time.section(u'=', 0, 0).toLongLong()}},
+           time.section(u'=', 1));
+  expect(keys::calc_humanTime, {{keys::TotalTime, u"61000 ms"_qs}}, u"1:01"_qs);
+  for (const QString &rating :
+       QStringLiteral(u"19= -19= -20=- 20=★ 119=★★★★★ 120=- 9223372036854775807=-").split(u' '))
+    expect(keys::calc_rating, {{keys::Rating, rating.section(u'=', 0, 0).toLongLong()}},
+           rating.section(u'=', 1));
+  const QString types = QStringLiteral(
+      u"Ogg Vorbis,128,Ogg 128|Ogg,,Ogg|aac file,,aac|Protected AAC file,128,Protected AAC 128|"
+      u"Protected song,,Protected|AAC of a WAV,,AAC|MPEG-4 file,,MPEG-4|Datei; mpeg,320,MP3 320|Wave "
+      u"WAV,,wav");
+  for (const QString &type : types.split(u'|')) {
+    const QString rate = type.section(u',', 1, 1);
+    expect(keys::calc_type,
+           {{keys::Kind, type.section(u',', 0, 0)},
+            {keys::BitRate, rate.isEmpty() ? Value() : Value(rate.toInt())}},
+           type.section(u',', 2));
   }
+  expect(keys::calc_type, {{keys::Kind, 7}, {keys::BitRate, 128}}, u"-"_qs);
+  expect(keys::calc_type, {{keys::Kind, u""_qs}}, u"-"_qs);
+  expect(keys::calc_trackOfTotal, {{keys::TrackCount, 12}}, u"-"_qs);
+  expect(keys::calc_trackOfTotal, {{keys::TrackNumber, 3}}, u"3"_qs);
+  expect(keys::calc_trackOfTotal, {{keys::TrackNumber, 3}, {keys::TrackCount, 12}}, u"3/12"_qs);
+  expect(keys::calc_humanTime, {}, u"-"_qs);
+  expect(keys::calc_rating, {}, u""_qs);
+  expect(keys::calc_type, {}, u"-"_qs);
+  expect(keys::calc_inconsistentName, {}, u"names"_qs);
+  expect(Key(u"calc_other"), {}, u"-"_qs);
 }
 
 TEST(CalculatedValues, AreKeptInARowThatCanChangeEvenIfTheyAreMissing) {

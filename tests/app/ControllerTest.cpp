@@ -7,6 +7,7 @@
 #include "platform/qt/LibplistPropertyList.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
+#include "tests/fixtures/IdleCommands.h"
 #include "tests/fixtures/ScriptedView.h"
 #include "tests/fixtures/TestPlatform.h"
 #include "values/Keys.h"
@@ -32,7 +33,7 @@ QByteArray libraryXml(int tracks) {
 }
 
 /// The controller with scan threads that the test writes, over a library file in the home folder.
-class Controller : public TestPlatform, public Commands {
+class Controller : public TestPlatform, public IdleCommands {
  protected:
   Controller() : controller(view) {
     controller.appState().commands = this;
@@ -81,14 +82,12 @@ class Controller : public TestPlatform, public Commands {
   }
   void chooseNewMediaFolder() override { controller.chooseNewMediaFolder(); }
   void quitNow() override { controller.quitNow(); }
-  void setStripesForDupesFromIndex(qint32) override {}
   void doAutomark() override { ++automarks; }
-  void noteAppliedAutomarkValues() override {}
-  void updateProblemNumbers() override {}
-  void revealPreferencesTab(const QString &) override {}
-  void customTerminate() override {}
   bool readState() override { return hasSavedMerge; }
-  void recoverFromReadState() override { ++recoveries; }
+  void recoverFromReadState() override {
+    ++recoveries;
+    controller.scanDriver().revealSavedProblems();
+  }
 
   ScriptedView view;
   bool hasSavedMerge = false;
@@ -126,6 +125,10 @@ TEST_F(Controller, ALaunchLoadsAndScansAndPresentsTheFirstTabWithRows) {
 
 TEST_F(Controller, ASavedMergeTakesThePlaceOfTheFirstScanOnceThereAreTracks) {
   hasSavedMerge = true;
+  // Without a scan at the start the library is loaded for it all the same.
+  setPreference(prefs::noScanAtStartup, true);
+  setPreference(prefs::preferAudioFileBitRate, 160);
+  controller.isMergeToGoOn = [this] { return hasSavedMerge; };
   putLibrary(libraryXml(0));
   launch();
   EXPECT_EQ(recoveries, 0) << "an empty library has nothing to merge";
@@ -135,7 +138,10 @@ TEST_F(Controller, ASavedMergeTakesThePlaceOfTheFirstScanOnceThereAreTracks) {
   EXPECT_TRUE(time.runUntil([this] { return view.loadedTracks == 3; }));
   time.run(1.0);
   EXPECT_EQ(recoveries, 1);
-  EXPECT_EQ(view.scansEnded, 0);
+  EXPECT_EQ(view.scansEnded + automarks, 0);
+  EXPECT_TRUE(controller.appState().mHaveScannedLibraryForProblems) << "the window shows no lists";
+  setPreference(prefs::noMatchTitle, true);
+  EXPECT_TRUE(controller.prefsController().isChangedSinceScan(SettingsGroup::Duplicates));
 }
 
 TEST_F(Controller, AScanIsMarkedUnlessItsGroupsAreLoose) {

@@ -5,6 +5,7 @@
 #include "platform/FileAddress.h"
 #include "support/Preferences.h"
 #include "tests/bridge/ScriptedHost.h"
+#include "tests/fixtures/IdleCommands.h"
 #include "tests/fixtures/MemoryLibrary.h"
 #include "tests/fixtures/RecordingWorkspace.h"
 #include "tests/fixtures/ScriptedView.h"
@@ -17,9 +18,6 @@ namespace {
 class Session : public RecordingWorkspace {
  public:
   using RecordingWorkspace::RecordingWorkspace;
-  std::vector<RunningApplication> runningApplications() const override {
-    return running ? std::vector<RunningApplication>{keeper} : std::vector<RunningApplication>();
-  }
   bool launchApplication(const QString &) override {
     ++launches;
     if (canLaunch) setRunning(true);
@@ -34,15 +32,18 @@ class Session : public RecordingWorkspace {
   }
   void stopObserving(Subscription) override { launched = terminated = {}; }
 
+  /// Without a notice.
+  void list(bool runs) {
+    running.clear();
+    if (runs) running.push_back(musicApplication());
+  }
   void setRunning(bool runs) {
-    running = runs;
+    list(runs);
     const auto told = runs ? launched : terminated;
-    if (told) told(keeper);
+    if (told) told(musicApplication());
   }
 
-  const RunningApplication keeper{u"com.brinmoor.keeper"_qs, u"Music Keeper"_qs};
-  bool running = true, canLaunch = true;
-  int launches = 0;
+  bool canLaunch = true;
   LibraryActivity activity;
 
  private:
@@ -65,11 +66,12 @@ class SteadyHost : public ScriptHost {
   std::atomic<double> delay = 0;
 };
 
-class Watch : public TestPlatform, public Commands {
+class Watch : public TestPlatform, public IdleCommands {
  protected:
   Watch() : session(folder(u"home/Trash"_qs)) {
     services.scriptHost = &host;
     services.workspace = &session;
+    session.list(true);
     services.libraryFramework = &library;
     setPlatform(services);
     controller = std::make_unique<MainController>(view);
@@ -117,11 +119,6 @@ class Watch : public TestPlatform, public Commands {
   }
   void chooseNewMediaFolder() override { controller->chooseNewMediaFolder(); }
   void quitNow() override { controller->quitNow(); }
-  void setStripesForDupesFromIndex(qint32) override {}
-  void doAutomark() override {}
-  void noteAppliedAutomarkValues() override {}
-  void updateProblemNumbers() override { ++numberUpdates; }
-  void revealPreferencesTab(const QString &) override {}
   void customTerminate() override { controller->customTerminate(); }
 
   Session session;
@@ -130,14 +127,14 @@ class Watch : public TestPlatform, public Commands {
   ScriptedView view;
   std::unique_ptr<MainController> controller;
   bool ended = false;
-  int loads = 0, numberUpdates = 0;
+  int loads = 0;
 };
 
 }  // namespace
 
 TEST_F(Watch, AScanWithoutTheApplicationLaunchesItAndWaitsUntilItAnswersSteadily) {
   addTracks(3);
-  session.running = false;
+  session.list(false);
   iTunesInterface::resetIsMusicAppRunning();
   controller->awakeFromNib();
   const double begin = time.now().seconds;
@@ -152,7 +149,7 @@ TEST_F(Watch, AScanWithoutTheApplicationLaunchesItAndWaitsUntilItAnswersSteadily
 
 TEST_F(Watch, AnApplicationThatNeverAnswersIsGivenUpAfter24Seconds) {
   addTracks(3);
-  session.running = false;
+  session.list(false);
   iTunesInterface::resetIsMusicAppRunning();
   controller->awakeFromNib();
   host.failure = ScriptFailure{-609, u"gone"_qs};
@@ -165,7 +162,8 @@ TEST_F(Watch, AnApplicationThatNeverAnswersIsGivenUpAfter24Seconds) {
 
 TEST_F(Watch, AnApplicationThatCannotBeLaunchedIsAskedForAgainOnlyWhenTheUserScansAnew) {
   addTracks(3);
-  session.running = session.canLaunch = false;
+  session.list(false);
+  session.canLaunch = false;
   controller->awakeFromNib();
   host.failure = ScriptFailure{-600, u"not running"_qs};
   scanLibraryForProblems();
@@ -177,9 +175,9 @@ TEST_F(Watch, AnApplicationThatCannotBeLaunchedIsAskedForAgainOnlyWhenTheUserSca
 }
 
 TEST_F(Watch, WhatWasKnownBeforeTheWatchBeganIsAskedForAgain) {
-  session.running = false;
+  session.list(false);
   EXPECT_FALSE(iTunesInterface::isMusicAppRunning());
-  session.running = true;
+  session.list(true);
   controller->awakeFromNib();
   EXPECT_TRUE(iTunesInterface::isMusicAppRunning());
 }

@@ -12,20 +12,8 @@
 /// Tests of the bridge with an application that is scripted and that runs or not.
 class BridgeTest : public TestPlatform {
  protected:
-  class Session : public RecordingWorkspace {
-   public:
-    using RecordingWorkspace::RecordingWorkspace;
-    std::vector<RunningApplication> runningApplications() const override {
-      ++asked;
-      return running;
-    }
-    std::vector<RunningApplication> running;
-    mutable int asked = 0;
-  };
-
-  BridgeTest() : session(folder(u"home/Trash"_qs)) {
+  BridgeTest() {
     services.scriptHost = &host;
-    services.workspace = &session;
     setPlatform(services);
     setRunning(true);
   }
@@ -36,13 +24,12 @@ class BridgeTest : public TestPlatform {
   }
 
   void setRunning(bool isRunning) {
-    session.running.clear();
-    session.running.push_back({u"org.example.Other"_qs, u"Other"_qs});
-    if (isRunning) session.running.push_back({u"com.brinmoor.keeper"_qs, u"Music Keeper"_qs});
+    session.running = {{u"org.example.Other"_qs, u"Other"_qs}};
+    if (isRunning) session.running.push_back(RecordingWorkspace::musicApplication());
     iTunesInterface::resetIsMusicAppRunning();
   }
   double seconds() const { return time.now().seconds; }
 
   ScriptedHost host;
-  Session session;
+  RecordingWorkspace &session = *workspace;
 };

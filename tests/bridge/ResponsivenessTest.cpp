@@ -43,15 +43,15 @@ TEST_F(Responsiveness, AResetForgetsTheProbeInFlight) {
 }
 
 TEST_F(Responsiveness, TheRunningStateIsAskedForOnceUntilItIsReset) {
-  session.asked = 0;
+  session.listings = 0;
   EXPECT_TRUE(isMusicAppRunning());
   session.running.clear();
   EXPECT_TRUE(isMusicAppRunning());
-  EXPECT_EQ(session.asked, 1);
+  EXPECT_EQ(session.listings, 1);
   resetIsMusicAppRunning();
   EXPECT_FALSE(isMusicAppRunning());
   EXPECT_FALSE(isMusicAppRunning());
-  EXPECT_EQ(session.asked, 2);
+  EXPECT_EQ(session.listings, 2);
   EXPECT_TRUE(isMusicAppInstalled());
   EXPECT_FALSE(BMUtility::isApplicationRunning(u"Other"_qs));
   setRunning(false);

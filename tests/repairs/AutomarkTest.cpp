@@ -4,10 +4,10 @@
 #include <QFile>
 
 #include "app/state/AppState.h"
-#include "app/state/Commands.h"
 #include "scanners/DuplicateGroups.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
+#include "tests/fixtures/IdleCommands.h"
 #include "tests/fixtures/ScriptedView.h"
 #include "tests/fixtures/TestPlatform.h"
 #include "values/Keys.h"
@@ -15,7 +15,7 @@
 namespace {
 
 /// A list of duplicates whose rows are told apart by their bit rates.
-class AutomarkTest : public TestPlatform, public Commands {
+class AutomarkTest : public TestPlatform, public IdleCommands {
  protected:
   AutomarkTest() { state.commands = this; }
 
@@ -49,22 +49,10 @@ class AutomarkTest : public TestPlatform, public Commands {
     return text.join(u' ');
   }
 
-  void doGetDefaultLibraryWhenNewerThan(std::optional<Date>) override {}
-  void reloadLibraryAndScan() override {}
-  void doFindProblems() override {}
-  void scanLibraryForProblems() override {}
-  void launchiTunesAndScanWhenReady() override {}
-  void chooseNewMediaFolder() override {}
-  void quitNow() override {}
-  void setStripesForDupesFromIndex(qint32) override {}
-  void doAutomark() override {}
   void noteAppliedAutomarkValues() override {
     ++notedValues;
     time.setNow(Date{time.now().seconds + secondsTaken});
   }
-  void updateProblemNumbers() override {}
-  void revealPreferencesTab(const QString &) override {}
-  void customTerminate() override {}
 
   double secondsTaken = 0;
   int notedValues = 0;

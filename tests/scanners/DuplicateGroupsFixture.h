@@ -1,12 +1,12 @@
 #pragma once
 
-#include "app/state/Commands.h"
 #include "scanners/DuplicateGroups.h"
+#include "tests/fixtures/IdleCommands.h"
 #include "tests/scanners/ScanFixture.h"
 
 /// A list of duplicates written as text: "A1 B1 C2" are three rows with the persistent IDs A, B and C in the
 /// groups 1, 1 and 2; "-" stands for no ID.
-class DuplicateGroupsTest : public ScanFixture, public Commands {
+class DuplicateGroupsTest : public ScanFixture, public IdleCommands {
  protected:
   DuplicateGroupsTest() { state.commands = this; }
 
@@ -78,20 +78,5 @@ class DuplicateGroupsTest : public ScanFixture, public Commands {
     return words.join(u' ');
   }
 
-  void doGetDefaultLibraryWhenNewerThan(std::optional<Date>) override {}
-  void reloadLibraryAndScan() override {}
-  void doFindProblems() override {}
-  void scanLibraryForProblems() override {}
-  void launchiTunesAndScanWhenReady() override {}
-  void chooseNewMediaFolder() override {}
-  void quitNow() override {}
-  void setStripesForDupesFromIndex(qint32) override {}
-  void doAutomark() override {}
-  void noteAppliedAutomarkValues() override {}
-  void updateProblemNumbers() override { ++numberUpdates; }
-  void revealPreferencesTab(const QString &) override {}
-  void customTerminate() override {}
-
   DuplicateGroups groups{state};
-  int numberUpdates = 0;
 };
