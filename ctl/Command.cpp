@@ -1,7 +1,12 @@
 #include "ctl/Command.h"
 
+int reported(const QString &message, Terminal &terminal) {
+  terminal.say(message);
+  return exitCode::kReported;
+}
+
 int Command::wrongUse(const QString &message, Terminal &terminal) const {
   terminal.say(message);
   terminal.err << "usage: tallyfenctl " << (name() + u' ' + usage()).trimmed().toStdString() << '\n';
-  return exitcode::kWrongUse;
+  return exitCode::kWrongUse;
 }

@@ -5,12 +5,15 @@
 #include "ctl/Terminal.h"
 
 /// What a command's exit code says.
-namespace exitcode {
+namespace exitCode {
 inline constexpr int kDone = 0;
 /// Problems were found, or the work failed or was cancelled.
 inline constexpr int kReported = 1;
 inline constexpr int kWrongUse = 2;
-}  // namespace exitcode
+}  // namespace exitCode
+
+/// Tells the user why a command ends without having done its work; answers `kReported`.
+int reported(const QString &message, Terminal &terminal);
 
 /// One command of the program. Main thread, behind `setPlatform`.
 class Command {

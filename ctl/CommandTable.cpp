@@ -57,8 +57,7 @@ int CommandTable::run(const QStringList &arguments, Terminal &terminal) const {
   const int code = dispatch(arguments, terminal);
   terminal.out.flush();
   if (terminal.out.good()) return code;
-  terminal.say(QStringLiteral("the output could not be written"));
-  return exitcode::kReported;
+  return reported(QStringLiteral("the output could not be written"), terminal);
 }
 
 Command *CommandTable::find(const QStringList &arguments) const {
@@ -76,20 +75,20 @@ Command *CommandTable::find(const QStringList &arguments) const {
 int CommandTable::dispatch(const QStringList &arguments, Terminal &terminal) const {
   if (arguments.isEmpty()) {
     printHelp(terminal.err);
-    return exitcode::kWrongUse;
+    return exitCode::kWrongUse;
   }
   if (arguments.first() == QStringLiteral("help") || asksForHelp(arguments.first()))
     return help(arguments.sliced(1), terminal);
   if (arguments.first() == QStringLiteral("--version")) {
     terminal.print(QStringLiteral("tallyfenctl %1").arg(platform().bundle.shortVersion));
-    return exitcode::kDone;
+    return exitCode::kDone;
   }
   Command *command = find(arguments);
   if (!command) {
     terminal.say(QStringLiteral("no command \"%1\"")
                      .arg(printable(arguments.first(qMin<qsizetype>(2, arguments.size())).join(u' '))));
     terminal.err << "usage: tallyfenctl help [COMMAND]\n";
-    return exitcode::kWrongUse;
+    return exitCode::kWrongUse;
   }
   const QStringList rest = arguments.sliced(command->name().count(u' ') + 1);
   if (!rest.isEmpty() && asksForHelp(rest.first())) return help(arguments, terminal);
@@ -99,7 +98,7 @@ int CommandTable::dispatch(const QStringList &arguments, Terminal &terminal) con
 int CommandTable::help(const QStringList &arguments, Terminal &terminal) const {
   if (arguments.isEmpty()) {
     printHelp(terminal.out);
-    return exitcode::kDone;
+    return exitCode::kDone;
   }
   bool found = false;
   for (const auto &command : commands) {
@@ -110,10 +109,10 @@ int CommandTable::help(const QStringList &arguments, Terminal &terminal) const {
     terminal.print(QStringLiteral("  ") + command->help());
     found = true;
   }
-  if (found) return exitcode::kDone;
+  if (found) return exitCode::kDone;
   terminal.say(QStringLiteral("no command \"%1\"").arg(printable(arguments.join(u' '))));
   terminal.err << "usage: tallyfenctl help [COMMAND]\n";
-  return exitcode::kWrongUse;
+  return exitCode::kWrongUse;
 }
 
 void CommandTable::printHelp(std::ostream &stream) const {

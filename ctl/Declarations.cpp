@@ -43,7 +43,7 @@ bool Declarations::openLibrary(const QString &library, const QString &media, Ter
 
 bool Declarations::save(Terminal &terminal) {
   session.useUserSettings();
-  usersettings::ensureFirstValues(terminal);
+  userSettings::ensureFirstValues(terminal);
   state.ignoredDuplicates.writeIgnoredDuplicatePIDs();
-  return usersettings::save(terminal);
+  return userSettings::save(terminal);
 }

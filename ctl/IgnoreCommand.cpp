@@ -2,15 +2,9 @@
 
 #include "ctl/Declarations.h"
 #include "values/Keys.h"
+#include "values/PersistentID.h"
 
 namespace {
-
-bool isPersistentID(const QString &text) {
-  constexpr qsizetype kDigits = 16;
-  return text.size() == kDigits && std::all_of(text.begin(), text.end(), [](QChar unit) {
-           return unit.unicode() < 128 && isxdigit(unit.toLatin1());
-         });
-}
 
 /// What is wrong with the IDs on the command line; empty if nothing is.
 QString complaintAbout(const QStringList &pids) {
@@ -37,13 +31,13 @@ int IgnoreCommand::run(const QStringList &arguments, Terminal &terminal) {
   error = complaintAbout(options.operands());
   if (!error.isEmpty()) return wrongUse(error, terminal);
   const std::unique_ptr<Declarations> declarations = Declarations::open(options, terminal);
-  if (!declarations) return exitcode::kReported;
+  if (!declarations) return exitCode::kReported;
   QStringList pids;
   for (const QString &given : options.operands()) {
     const Dictionary track = declarations->track(given);
     if (track.isNull()) {
       terminal.say(QStringLiteral("the library holds no track %1; nothing was stored").arg(given));
-      return exitcode::kReported;
+      return exitCode::kReported;
     }
     pids << track.value(keys::PersistentID).toText();
   }
@@ -51,9 +45,9 @@ int IgnoreCommand::run(const QStringList &arguments, Terminal &terminal) {
   const Array declaration = Array::make();
   for (const QString &pid : pids) declaration.append(pid);
   declarations->store().addIgnoredDuplicatePIDs(declaration);
-  if (!declarations->save(terminal)) return exitcode::kReported;
+  if (!declarations->save(terminal)) return exitCode::kReported;
   terminal.print(QStringLiteral("Stored: %1 tracks are no duplicates of one another (%2)")
                      .arg(pids.size())
                      .arg(pids.join(QStringLiteral(", "))));
-  return exitcode::kDone;
+  return exitCode::kDone;
 }

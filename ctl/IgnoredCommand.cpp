@@ -7,11 +7,10 @@
 
 namespace {
 
-const QString kJson = QStringLiteral("--json");
 const QString kYes = QStringLiteral("--yes");
 
 QString countOf(const Array &declared) {
-  return rowtext::counted(declared.size(), "declaration", "declarations");
+  return rowText::counted(declared.size(), "declaration", "declarations");
 }
 
 /// A list of declarations, each a list of {"pid", "artist", "name"}, null for what the library does not know.
@@ -38,7 +37,7 @@ void print(const Array &declared, const Declarations &declarations, Terminal &te
   for (const Value &declaration : declared) {
     for (const Value &pid : declaration.toArray()) {
       const Dictionary track = declarations.track(pid.toText());
-      const QString title = track.isNull() ? QStringLiteral("(not in the library)") : rowtext::titleOf(track);
+      const QString title = track.isNull() ? QStringLiteral("(not in the library)") : rowText::titleOf(track);
       terminal.print(printable(pid.toText()) + QStringLiteral("  ") + title);
     }
     terminal.print({});
@@ -53,41 +52,34 @@ QString IgnoredCommand::usage() const {
 }
 
 int IgnoredCommand::run(const QStringList &arguments, Terminal &terminal) {
-  Options options({kJson, kYes}, Declarations::optionNames());
+  Options options({Options::json(), kYes}, Declarations::optionNames());
   QString error;
   if (!options.parse(arguments, 1, &error)) return wrongUse(error, terminal);
   const QString verb = options.operands().value(0);
   const bool isList = verb == QStringLiteral("list") && !options.has(kYes);
-  const bool isClear = verb == QStringLiteral("clear") && !options.has(kJson);
+  const bool isClear = verb == QStringLiteral("clear") && !options.wantsJson();
   if (!isList && !isClear) return wrongUse(QStringLiteral("say what to do with the declarations"), terminal);
   const bool isAgreed = options.has(kYes);
   if (isClear && !isAgreed && !terminal.inIsTerminal)
     return wrongUse(QStringLiteral("say --yes to forget all declarations"), terminal);
   const std::unique_ptr<Declarations> declarations = Declarations::open(options, terminal);
-  if (!declarations) return exitcode::kReported;
-  return isList ? list(*declarations, options.has(kJson), terminal)
+  if (!declarations) return exitCode::kReported;
+  return isList ? list(*declarations, options.wantsJson(), terminal)
                 : clear(*declarations, isAgreed, terminal);
 }
 
 int IgnoredCommand::list(Declarations &declarations, bool asJson, Terminal &terminal) const {
   const Array declared = declarations.store().ignoredDuplicatePIDsArray();
   asJson ? writeJson(declared, declarations, terminal) : print(declared, declarations, terminal);
-  return exitcode::kDone;
+  return exitCode::kDone;
 }
 
 int IgnoredCommand::clear(Declarations &declarations, bool isAgreed, Terminal &terminal) const {
   const QString count = countOf(declarations.store().ignoredDuplicatePIDsArray());
-  if (!isAgreed) {
-    terminal.err << "Forget " << count.toStdString() << "? [y/N] " << std::flush;
-    std::string line;
-    std::getline(terminal.in, line);
-    if (line.empty() || (line[0] != 'y' && line[0] != 'Y')) {
-      terminal.say(QStringLiteral("nothing was changed"));
-      return exitcode::kReported;
-    }
-  }
+  if (!isAgreed && !agrees(QStringLiteral("Forget %1?").arg(count), terminal))
+    return reported(QStringLiteral("nothing was changed"), terminal);
   declarations.store().clear();
-  if (!declarations.save(terminal)) return exitcode::kReported;
+  if (!declarations.save(terminal)) return exitCode::kReported;
   terminal.print(QStringLiteral("Forgotten: ") + count);
-  return exitcode::kDone;
+  return exitCode::kDone;
 }

@@ -101,7 +101,6 @@ int InspectAutomarkCommand::run(const QStringList &arguments, Terminal &terminal
     const FileKinds kinds(objectUnder(keys::kinds, given, &error));
     if (error.isEmpty()) answer(rows, rules, kinds, terminal);
   }
-  if (error.isEmpty()) return exitcode::kDone;
-  terminal.say(error);
-  return exitcode::kReported;
+  if (error.isEmpty()) return exitCode::kDone;
+  return reported(error, terminal);
 }

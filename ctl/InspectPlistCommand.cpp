@@ -61,22 +61,21 @@ void writeLines(const Reading &reading, Terminal &terminal) {
 }  // namespace
 
 int InspectPlistCommand::run(const QStringList &arguments, Terminal &terminal) {
-  Options options({QStringLiteral("--json"), QStringLiteral("--manual")}, {});
+  Options options({Options::json(), QStringLiteral("--manual")}, {});
   QString error;
   if (!options.parse(arguments, 1, &error)) return wrongUse(error, terminal);
   if (options.operands().isEmpty()) return wrongUse(QStringLiteral("name a FILE"), terminal);
   const Session session(Session::LogAtEnd::StaysText);
   MappedFile file;
   if (!file.open(options.operands().first(), &error)) {
-    terminal.say(printable(error));
-    return exitcode::kReported;
+    return reported(printable(error), terminal);
   }
   const bool manualFirst =
       options.has(QStringLiteral("--manual")) || prefs::isTrue(prefs::noSystemDeserialize);
   const Reading reading = readList(file.bytes(), manualFirst);
-  options.has(QStringLiteral("--json")) ? writeJson(reading, terminal) : writeLines(reading, terminal);
+  options.wantsJson() ? writeJson(reading, terminal) : writeLines(reading, terminal);
   if (!reading.error.isEmpty()) terminal.say(printable(reading.error));
   if (reading.root.isNull() && reading.error.isEmpty())
     terminal.say(QStringLiteral("the file holds no property list"));
-  return reading.root.isNull() || !reading.error.isEmpty() ? exitcode::kReported : exitcode::kDone;
+  return reading.root.isNull() || !reading.error.isEmpty() ? exitCode::kReported : exitCode::kDone;
 }

@@ -6,16 +6,16 @@
 #include "platform/Platform.h"
 
 int InspectResourcesCommand::run(const QStringList &arguments, Terminal &terminal) {
-  Options options({QStringLiteral("--json")}, {});
+  Options options({Options::json()}, {});
   QString error;
   if (!options.parse(arguments, 0, &error)) return wrongUse(error, terminal);
   const Dictionary resources = PrefsController::resources();
   if (resources.isEmpty()) {
-    terminal.say(QStringLiteral("no resources in \"%1\"").arg(printable(platform().bundle.resourceFolder)));
-    return exitcode::kReported;
+    return reported(QStringLiteral("no resources in \"%1\"").arg(printable(platform().bundle.resourceFolder)),
+                    terminal);
   }
   JsonWriter json(terminal.out);
   json.value(resources);
   json.endLine();
-  return exitcode::kDone;
+  return exitCode::kDone;
 }

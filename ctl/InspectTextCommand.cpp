@@ -41,5 +41,5 @@ int InspectTextCommand::run(const QStringList &arguments, Terminal &terminal) {
     answer(line, terminal.out);
     terminal.out.flush();
   }
-  return exitcode::kDone;
+  return exitCode::kDone;
 }

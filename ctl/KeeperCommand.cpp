@@ -4,6 +4,7 @@
 #include <QProcess>
 #include <chrono>
 
+#include "ctl/FailureText.h"
 #include "ctl/JsonWriter.h"
 #include "ctl/KeeperProcess.h"
 #include "ctl/KeeperSettingsTable.h"
@@ -20,22 +21,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-const QString kMap = QStringLiteral("--map"), kJson = QStringLiteral("--json");
-
-int reported(const QString &message, Terminal &terminal) {
-  terminal.say(message);
-  return exitcode::kReported;
-}
+const QString kMap = QStringLiteral("--map");
 
 int tell(const ScriptOutcome &outcome, Terminal &terminal) {
-  if (outcome.failure)
-    return reported(QStringLiteral("error %1: %2")
-                        .arg(outcome.failure->number.value_or(0))
-                        .arg(printable(outcome.failure->message)),
-                    terminal);
+  if (outcome.failure) return reported(textOf(*outcome.failure), terminal);
   const QString lines = outcome.result ? outcome.result->text : QString();
   for (const QString &line : lines.split(u'\n', Qt::SkipEmptyParts)) terminal.print(printable(line));
-  return exitcode::kDone;
+  return exitCode::kDone;
 }
 
 QString progressOf(const Importing &importing) {
@@ -76,19 +68,23 @@ void printJson(const std::optional<Status> &status, Terminal &terminal) {
 KeeperCommand::KeeperCommand() : place(KeeperPlace::ofUser(platform().folders.temporary)) {}
 
 int KeeperCommand::run(const QStringList &arguments, Terminal &terminal) {
-  Options options({kJson}, {kMap});
+  Options options({Options::json()}, {kMap});
   QString error;
   if (!options.parse(arguments, 3, &error)) return wrongUse(error, terminal);
   const QString verb = options.operands().value(0), first = options.operands().value(1);
   const qsizetype count = options.operands().size();
+  if (options.wantsJson() && verb != u"status")
+    return wrongUse(QStringLiteral("%1 goes with status").arg(Options::json()), terminal);
+  if (options.has(kMap) && verb != u"import")
+    return wrongUse(QStringLiteral("%1 goes with import").arg(kMap), terminal);
   if (verb == u"settings")
-    return count < 3 ? keepersettings::show(first, terminal)
-                     : keepersettings::change(first, options.operands()[2], terminal);
-  if (verb == u"status" && count == 1) return status(options.has(kJson), terminal);
+    return count < 3 ? keeperSettings::show(first, terminal)
+                     : keeperSettings::change(first, options.operands()[2], terminal);
+  if (verb == u"status" && count == 1) return status(options.wantsJson(), terminal);
   if (verb == u"start" && count == 1)
-    return KeeperProcess().start(terminal) ? exitcode::kDone : exitcode::kReported;
+    return KeeperProcess().start(terminal) ? exitCode::kDone : exitCode::kReported;
   if (verb == u"stop" && count == 1)
-    return KeeperProcess().stop(terminal) ? exitcode::kDone : exitcode::kReported;
+    return KeeperProcess().stop(terminal) ? exitCode::kDone : exitCode::kReported;
   if (verb == u"import" && count == 2) return importFile(first, options.values(kMap), terminal);
   if (verb == u"export" && count == 2) return exportFile(first, terminal);
   return wrongUse(QStringLiteral("say what to do with Music Keeper"), terminal);
@@ -112,7 +108,7 @@ int KeeperCommand::status(bool asJson, Terminal &terminal) const {
       terminal.print(QStringLiteral("The import failed: %1").arg(printable(status->importProblem)));
     if (status->playing) terminal.print(QStringLiteral("Playing"));
   }
-  return status ? exitcode::kDone : exitcode::kReported;
+  return status ? exitCode::kDone : exitCode::kReported;
 }
 
 int KeeperCommand::importFile(const QString &file, const QStringList &mapping, Terminal &terminal) const {
@@ -147,5 +143,5 @@ int KeeperCommand::transfer(const Request &request, const QStringList &arguments
   keeper.waitForFinished(-1);
   terminal.out << keeper.readAllStandardOutput().toStdString();
   terminal.err << keeper.readAllStandardError().toStdString();
-  return keeper.exitStatus() == QProcess::NormalExit ? keeper.exitCode() : exitcode::kReported;
+  return keeper.exitStatus() == QProcess::NormalExit ? keeper.exitCode() : exitCode::kReported;
 }

@@ -3,13 +3,15 @@
 #include <chrono>
 #include <thread>
 
+#include "ctl/FailureText.h"
 #include "ctl/ProgressBar.h"
 #include "platform/Platform.h"
+#include "platform/keeper/KeeperConnection.h"
 #include "platform/keeper/KeeperLauncher.h"
 #include "platform/keeper/KeeperLock.h"
 #include "platform/keeper/KeeperProtocol.h"
-#include "platform/keeper/KeeperScriptHost.h"
 #include "platform/keeper/KeeperStatus.h"
+#include "platform/keeper/OutcomeJson.h"
 
 using namespace keeperProtocol;
 using namespace std::chrono_literals;
@@ -18,6 +20,8 @@ namespace {
 
 /// How long a launched keeper may take until it answers.
 constexpr auto kStartLimit = 30s;
+/// How long one that is asked to quit may take until it has ended.
+constexpr auto kEndLimit = 10s;
 
 bool failedWith(const QString &message, Terminal &terminal) {
   terminal.say(message);
@@ -72,16 +76,36 @@ bool KeeperProcess::stop(Terminal &terminal) const {
   const std::optional<qint64> holder = KeeperLock::holder(place.lock());
   if (!holder) return failedWith(QStringLiteral("Music Keeper does not run"), terminal);
   const ProcessHandle process(*holder);
-  const ScriptOutcome outcome =
-      KeeperScriptHost(place, std::nullopt).run(QStringLiteral("tell application \"Music Keeper\" to quit"));
-  // It may have been ending already.
-  const bool wasEnding = outcome.failure && (outcome.failure->number == kNotRunning ||
-                                             outcome.failure->number == kConnectionInvalid);
-  if (outcome.failure && !wasEnding)
-    return failedWith(QStringLiteral("error %1: %2")
-                          .arg(outcome.failure->number.value_or(0))
-                          .arg(printable(outcome.failure->message)),
-                      terminal);
-  while (!process.hasEnded()) std::this_thread::sleep_for(20ms);
+  const auto end = std::chrono::steady_clock::now() + kEndLimit;
+  const std::optional<ScriptFailure> failure = askToQuit(process, end);
+  if (failure) return failedWith(textOf(*failure), terminal);
+  while (!process.hasEnded()) {
+    if (std::chrono::steady_clock::now() > end)
+      return failedWith(
+          QStringLiteral("Music Keeper (process %1) was asked to quit and still runs").arg(*holder),
+          terminal);
+    std::this_thread::sleep_for(20ms);
+  }
   return true;
+}
+
+std::optional<ScriptFailure> KeeperProcess::askToQuit(const ProcessHandle &process, Deadline end) const {
+  const QByteArray request =
+      encodeRequest(ScriptRequest{QStringLiteral("tell application \"Music Keeper\" to quit")});
+  while (!process.hasEnded() && std::chrono::steady_clock::now() < end) {
+    // One that holds the lock and does not listen begins or ends.
+    const auto connection = KeeperConnection::open(place, 200ms, nullptr);
+    if (!connection) {
+      std::this_thread::sleep_for(20ms);
+      continue;
+    }
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    const auto answer = connection->ask(request, std::max(left, 1ms));
+    const auto outcome = answer ? decodeOutcome(*answer) : std::nullopt;
+    // Without an answer it may be ending already.
+    return outcome && outcome->failure && outcome->failure->number != kNotRunning ? outcome->failure
+                                                                                  : std::nullopt;
+  }
+  return std::nullopt;
 }

@@ -1,11 +1,12 @@
 #include "ctl/KeeperSettingsTable.h"
 
 #include "ctl/Command.h"
+#include "ctl/UserSettings.h"
 #include "platform/KeeperIdentity.h"
 #include "platform/Platform.h"
 #include "platform/keeper/KeeperSettings.h"
 
-namespace keepersettings {
+namespace keeperSettings {
 
 int show(const QString &key, Terminal &terminal) {
   bool isKnown = false;
@@ -16,9 +17,9 @@ int show(const QString &key, Terminal &terminal) {
     const QString value = settings.*setting ? QStringLiteral("true") : QStringLiteral("false");
     terminal.print(key.isEmpty() ? name.toString() + QStringLiteral(" = ") + value : value);
   }
-  if (isKnown) return exitcode::kDone;
+  if (isKnown) return exitCode::kDone;
   terminal.say(QStringLiteral("Music Keeper has no setting \"%1\"").arg(printable(key)));
-  return exitcode::kWrongUse;
+  return exitCode::kWrongUse;
 }
 
 int change(const QString &key, const QString &text, Terminal &terminal) {
@@ -27,15 +28,12 @@ int change(const QString &key, const QString &text, Terminal &terminal) {
     if (key != name) continue;
     if (!isYes && !isNo) {
       terminal.say(QStringLiteral("%1 is true or false").arg(key));
-      return exitcode::kWrongUse;
+      return exitCode::kWrongUse;
     }
     platform().preferences->setValue(keeperIdentity::kIdentifier, key, Value(isYes));
-    QString error;
-    if (platform().preferences->synchronize(&error)) return exitcode::kDone;
-    terminal.say(QStringLiteral("the settings were not saved: ") + error);
-    return exitcode::kReported;
+    return userSettings::save(terminal) ? exitCode::kDone : exitCode::kReported;
   }
   return show(key, terminal);
 }
 
-}  // namespace keepersettings
+}  // namespace keeperSettings

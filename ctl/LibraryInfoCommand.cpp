@@ -5,13 +5,13 @@
 #include "ctl/Session.h"
 
 int LibraryInfoCommand::run(const QStringList &arguments, Terminal &terminal) {
-  Options options({QStringLiteral("--json")}, {QStringLiteral("--library")});
+  Options options({Options::json()}, {QStringLiteral("--library")});
   QString error;
   if (!options.parse(arguments, 0, &error)) return wrongUse(error, terminal);
   const Session session(Session::LogAtEnd::StaysText);
   const auto library = OpenedLibrary::open(options.value(QStringLiteral("--library")), terminal);
-  if (!library) return exitcode::kReported;
+  if (!library) return exitCode::kReported;
   const LibrarySummary summary = LibrarySummary::of(*library);
-  options.has(QStringLiteral("--json")) ? summary.printJson(terminal) : summary.print(terminal);
-  return exitcode::kDone;
+  options.wantsJson() ? summary.printJson(terminal) : summary.print(terminal);
+  return exitCode::kDone;
 }

@@ -8,25 +8,24 @@
 #include "values/Keys.h"
 
 int LibraryLoadCommand::run(const QStringList &arguments, Terminal &terminal) {
-  const QString asJson = QStringLiteral("--json");
-  Options options({asJson}, {QStringLiteral("--library")});
+  Options options({Options::json()}, {QStringLiteral("--library")});
   QString error;
   if (!options.parse(arguments, 0, &error)) return wrongUse(error, terminal);
   const Session session(Session::LogAtEnd::StaysText);
   const double begin = platform().clock->now().seconds;
   const auto library = OpenedLibrary::open(options.value(QStringLiteral("--library")), terminal);
-  if (!library) return exitcode::kReported;
+  if (!library) return exitCode::kReported;
   const double seconds = platform().clock->now().seconds - begin;
   const qsizetype tracks = library->root.value(keys::Tracks).toDictionary().size();
   const qsizetype playlists = library->root.value(keys::Playlists).toArray().size();
   const QString road = library->isDirect ? QStringLiteral("direct") : QStringLiteral("file");
-  if (!options.has(asJson)) {
+  if (!options.wantsJson()) {
     terminal.print(QStringLiteral("%1 tracks and %2 playlists in %3 seconds (%4: %5)")
                        .arg(tracks)
                        .arg(playlists)
                        .arg(seconds, 0, 'f', 2)
                        .arg(road, printable(library->path)));
-    return exitcode::kDone;
+    return exitCode::kDone;
   }
   JsonWriter json(terminal.out);
   json.beginObject();
@@ -37,5 +36,5 @@ int LibraryLoadCommand::run(const QStringList &arguments, Terminal &terminal) {
   json.member(u"seconds", seconds);
   json.endObject();
   json.endLine();
-  return exitcode::kDone;
+  return exitCode::kDone;
 }

@@ -11,14 +11,13 @@
 #include "values/Keys.h"
 
 int LibraryTracksCommand::run(const QStringList &arguments, Terminal &terminal) {
-  Options options({QStringLiteral("--json")}, {QStringLiteral("--library")});
+  Options options({Options::json()}, {QStringLiteral("--library")});
   QString error;
   if (!options.parse(arguments, 0, &error)) return wrongUse(error, terminal);
-  if (!options.has(QStringLiteral("--json")))
-    return wrongUse(QStringLiteral("this list comes as --json only"), terminal);
+  if (!options.wantsJson()) return wrongUse(QStringLiteral("this list comes as --json only"), terminal);
   const Session session(Session::LogAtEnd::StaysText);
   const auto library = OpenedLibrary::open(options.value(QStringLiteral("--library")), terminal);
-  if (!library) return exitcode::kReported;
+  if (!library) return exitCode::kReported;
   const Dictionary resources = PrefsController::resources();
   setSimplifiersDictionaryRemoveTrailingS(resources.value(keys::simplifiers).toDictionary(),
                                           prefs::isTrue(prefs::ignorePlurals));
@@ -31,5 +30,5 @@ int LibraryTracksCommand::run(const QStringList &arguments, Terminal &terminal) 
     json.endObject();
     json.endLine();
   }
-  return exitcode::kDone;
+  return exitCode::kDone;
 }

@@ -1,13 +1,12 @@
 #include "ctl/MarksCommand.h"
 
 #include "ctl/MarksReport.h"
-#include "program/Application.h"
+#include "ctl/ScanRun.h"
 
-bool MarksCommand::report(Application &application, const Options &options, Terminal &terminal) const {
-  // A scan whose groups are loose leaves the marks to the user.
-  if (application.automark().lastChoices().empty()) application.automark().doAutomarkFromPreferences();
-  const MarksReport marks(application.state().lists.mDuplicateSongDicts, application.automark().lastChoices(),
-                          AutomarkRules::fromPreferences());
-  options.has(QStringLiteral("--json")) ? marks.printJson(terminal) : marks.print(terminal);
+bool MarksCommand::report(ScanRun &run, const Options &options, Terminal &terminal) const {
+  run.ensureMarks();
+  const MarksReport marks(run.application().state().lists.mDuplicateSongDicts,
+                          run.application().automark().lastChoices(), AutomarkRules::fromPreferences());
+  options.wantsJson() ? marks.printJson(terminal) : marks.print(terminal);
   return marks.hasGroups();
 }

@@ -13,5 +13,5 @@ class MarksCommand : public ScanningCommand {
   }
 
  protected:
-  bool report(Application &application, const Options &options, Terminal &terminal) const override;
+  bool report(ScanRun &run, const Options &options, Terminal &terminal) const override;
 };

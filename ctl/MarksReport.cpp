@@ -84,12 +84,12 @@ void MarksReport::writeWinner(const Automark::Choice &choice, const Winner &winn
 
 void MarksReport::print(Terminal &terminal) const {
   for (const Automark::Choice &choice : choices) {
-    terminal.print(rowtext::titleOf(rowOf(choice, 0)));
+    terminal.print(rowText::titleOf(rowOf(choice, 0)));
     printWinner(choice, "information", infoWinner(choice.marks), terminal);
     printWinner(choice, "audio", audioWinner(choice.marks), terminal);
     terminal.print({});
   }
-  terminal.print(rowtext::counted(qsizetype(choices.size()), "group", "groups") +
+  terminal.print(rowText::counted(qsizetype(choices.size()), "group", "groups") +
                  QStringLiteral(" of duplicates"));
 }
 
@@ -97,5 +97,5 @@ void MarksReport::printWinner(const Automark::Choice &choice, const char *what, 
                               Terminal &terminal) const {
   const QString number = winner.criterion ? numbersOf(*winner.criterion, winner.score) : QString();
   terminal.print(QStringLiteral("  %1: %2%3").arg(QString::fromLatin1(what), winner.reason, number));
-  terminal.print(QStringLiteral("  ") + rowtext::lineOf(rowOf(choice, winner.row)));
+  terminal.print(QStringLiteral("  ") + rowText::lineOf(rowOf(choice, winner.row)));
 }

@@ -13,6 +13,8 @@ struct MergePlan;
 class MergeCommand : public Command {
  public:
   explicit MergeCommand(LoopRunner loopRunner = runEventLoop) : runLoop(std::move(loopRunner)) {}
+  /// How the process ends where a thread hangs, as `PlannedMerge` has it; empty for the real way.
+  std::function<void(int)> exitProcess;
 
   QString name() const override { return QStringLiteral("merge"); }
   QString usage() const override { return MergeRequest::usage() + u' ' + ScanRequest::usage(); }
@@ -30,8 +32,9 @@ class MergeCommand : public Command {
   int look(const Wishes &wishes, Terminal &terminal) const;
   /// Has Music Keeper run, and merges; `agreed` is the plan that was agreed to, or null for any.
   int mergeThroughKeeper(const Wishes &wishes, const MergePlan *agreed, Terminal &terminal) const;
-  int mergeHere(const Wishes &wishes, const MergePlan *agreed, Terminal &terminal) const;
-  int carryOut(const MergePlan &plan, bool json, ScanRun *run, Terminal &terminal) const;
+  /// Merges through the music application among the services.
+  int mergeHere(const Wishes &wishes, const MergePlan *agreed, const std::function<void()> &beforeExit,
+                Terminal &terminal) const;
   /// The plan of what the last scan of the run found, with the marks of an agreed plan if there is one.
   /// Nothing, with a message, if a wish cannot be met.
   std::optional<MergePlan> planOf(const Wishes &wishes, const MergePlan *agreed, ScanRun *run,

@@ -1,6 +1,8 @@
 #include "ctl/MergeReporter.h"
 
+#include "ctl/PlanMarks.h"
 #include "ctl/RowText.h"
+#include "support/SizeText.h"
 #include "ui/MergeSummary.h"
 #include "values/Keys.h"
 
@@ -29,17 +31,8 @@ QString nameOf(UnkeptFate fate) {
 }
 
 QString policyName(int policy) {
-  const QString names[] = {QStringLiteral("trash"), QStringLiteral("folder"), QStringLiteral("playlist")};
-  return policy >= 0 && policy < 3 ? names[policy] : QStringLiteral("none");
-}
-
-QString pidOf(const Dictionary &row) {
-  return row.value(keys::PersistentID).toText();
-}
-
-/// The tracks that are to leave the library.
-bool leaves(const MergePlan &plan) {
-  return !plan.settings.is(UnkeptPolicy::Playlist) && plan.settings.policy <= 2;
+  const bool isKnown = policy >= 0 && policy < int(std::size(kUnkeptPolicyNames));
+  return isKnown ? kUnkeptPolicyNames[policy].toString() : QStringLiteral("none");
 }
 
 void writeTotals(const std::optional<MergeTotals> &totals, JsonWriter *json) {
@@ -57,22 +50,20 @@ void writeTotals(const std::optional<MergeTotals> &totals, JsonWriter *json) {
 }  // namespace
 
 void MergeReporter::printPlan(Terminal &terminal) const {
-  qsizetype left = 0;
-  for (const GroupPlan &group : plan.groups) {
-    printGroup(group, terminal);
-    if (group.missingPath) ++left;
-  }
+  for (const GroupPlan &group : plan.groups) printGroup(group, terminal);
+  const qsizetype taken = planMarks::groupsToMerge(plan);
+  const qsizetype left = qsizetype(plan.groups.size()) - taken;
   const bool holdPlaylists = std::any_of(plan.groups.begin(), plan.groups.end(),
                                          [](const GroupPlan &group) { return !group.playlists.empty(); });
   if (!plan.playlistsAreKnown && holdPlaylists)
     terminal.print(QStringLiteral("The playlists are told as the library's file has them."));
   terminal.print(QStringLiteral("%1 to merge, %2 to %3 (%4)")
-                     .arg(rowtext::counted(qsizetype(plan.groups.size()) - left, "group", "groups"),
-                          rowtext::counted(plan.unkeptRows(), "copy", "copies"),
-                          QString::fromLatin1(leaves(plan) ? "remove" : "collect"),
-                          MergeSummary::size(plan.unkeptBytes())));
+                     .arg(rowText::counted(taken, "group", "groups"),
+                          rowText::counted(plan.unkeptRows(), "copy", "copies"),
+                          QString::fromLatin1(plan.settings.removesTracks() ? "remove" : "collect"),
+                          sizeText(plan.unkeptBytes())));
   if (left > 0)
-    terminal.print(rowtext::counted(left, "group is", "groups are") +
+    terminal.print(rowText::counted(left, "group is", "groups are") +
                    QStringLiteral(" left out, as a file is missing"));
 }
 
@@ -87,13 +78,12 @@ void MergeReporter::printGroup(const GroupPlan &group, Terminal &terminal) const
   const auto line = [&](const char *what, const QString &text) {
     terminal.print(QStringLiteral("  %1  %2").arg(QString::fromLatin1(what).leftJustified(11), text));
   };
-  line("kept", rowtext::textOf(group.audioRow, keys::Path, "(no file)"));
+  line("kept", rowText::textOf(group.audioRow, keys::Path, "(no file)"));
   if (group.copiesInformation())
-    line("information", QStringLiteral("from ") + rowtext::textOf(group.infoRow, keys::Path, "(no file)"));
+    line("information", QStringLiteral("from ") + rowText::textOf(group.infoRow, keys::Path, "(no file)"));
   for (const GroupPlan::Unkept &file : group.unkept) {
     const QString path = file.path.isEmpty() ? file.pid : file.path;
-    const QString size =
-        file.bytes > 0 ? QStringLiteral("  (%1)").arg(MergeSummary::size(file.bytes)) : QString();
+    const QString size = file.bytes > 0 ? QStringLiteral("  (%1)").arg(sizeText(file.bytes)) : QString();
     line(nameOf(file.fate).toLatin1().constData(), printable(path) + size);
   }
   for (const GroupPlan::Playlist &playlist : group.playlists)

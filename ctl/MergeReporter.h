@@ -13,16 +13,20 @@ class MergeReporter {
   /// The plan outlives it.
   explicit MergeReporter(const MergePlan &mergePlan) : plan(mergePlan) {}
 
+  /// What each group will be, and the numbers of all of them.
   void printPlan(Terminal &terminal) const;
+  /// What was done in numbers, the failures as messages.
   static void printOutcome(const MergeReport::Contents &outcome, Terminal &terminal);
 
   /// {"plan": {"policy", "folder", "playlistsKnown", "groups": [GROUP...], "rows", "bytes"}, "outcome": null
   /// or
   /// {"groups": [MERGED...], "totals": {"before", "after"}, "failures": [{"title", "path", "reason"}...]}}.
   /// A GROUP is {"group", "title", "kept", "info", "removed": [PID...], "files": [FILE...], "playlists":
-  /// [{"pid", "name", "entries", "huge"}...], "missing"}, a MERGED has no "group", "missing" and "huge",
-  /// names of playlists, and "complete"; a FILE is {"pid", "path", "bytes", "fate"}, of a merged group with
-  /// "newPath" and "removed" too. Totals that could not be counted are null.
+  /// [{"pid", "name", "entries", "huge"}...], "missing": a path, or null if the group takes part}; a MERGED
+  /// is
+  /// {"title", "kept", "info", "path": the kept file's, "removed", "files", "playlists": [NAME...],
+  /// "complete"}; a FILE is {"pid", "path", "bytes", "fate"}, of a merged group with "newPath" and "removed"
+  /// too. Totals that could not be counted are null.
   void printJson(const std::optional<MergeReport::Contents> &outcome, Terminal &terminal) const;
 
  private:

@@ -2,6 +2,7 @@
 
 #include <QDir>
 
+#include "ctl/Terminal.h"
 #include "repairs/MergeSettings.h"
 #include "support/PreferenceKeys.h"
 
@@ -12,11 +13,23 @@ const QString kNoPlaylists = QStringLiteral("--no-playlists"), kNoCounts = QStri
 const QString kGroup = QStringLiteral("--group"), kPolicy = QStringLiteral("--policy");
 const QString kFolder = QStringLiteral("--folder");
 
-std::optional<UnkeptPolicy> policyOf(const QString &name) {
-  if (name == u"trash") return UnkeptPolicy::Trash;
-  if (name == u"folder") return UnkeptPolicy::Folder;
-  if (name == u"playlist") return UnkeptPolicy::Playlist;
-  return std::nullopt;
+/// The number of a policy by its name; that of none if there is no such policy.
+int policyOf(const QString &name) {
+  const auto found = std::find(std::begin(kUnkeptPolicyNames), std::end(kUnkeptPolicyNames), name);
+  return int(found - std::begin(kUnkeptPolicyNames));
+}
+
+/// The groups by their numbers; nothing with a line in `error` for what is no number.
+std::optional<std::vector<qint64>> groupsOf(const QStringList &texts, QString *error) {
+  std::vector<qint64> groups;
+  for (const QString &text : texts) {
+    bool isNumber = false;
+    groups.push_back(text.toLongLong(&isNumber));
+    if (isNumber && groups.back() > 0) continue;
+    *error = QStringLiteral("--group takes a group's number, not \"%1\"").arg(printable(text));
+    return std::nullopt;
+  }
+  return groups;
 }
 
 }  // namespace
@@ -38,25 +51,20 @@ QString MergeRequest::usage() {
 bool MergeRequest::take(const Options &options, ScanRequest *scan, QString *error) {
   dryRun = options.has(kDryRun);
   yes = options.has(kYes);
-  for (const QString &text : options.values(kGroup)) {
-    bool isNumber = false;
-    groups.push_back(text.toLongLong(&isNumber));
-    if (isNumber && groups.back() > 0) continue;
-    *error = QStringLiteral("--group takes a group's number, not \"%1\"").arg(text);
-    return false;
-  }
+  if (options.has(kGroup)) groups = groupsOf(options.values(kGroup), error);
   const bool hasFolder = options.has(kFolder);
-  const std::optional<UnkeptPolicy> policy =
-      options.has(kPolicy) ? policyOf(options.value(kPolicy))
-                           : (hasFolder ? std::optional(UnkeptPolicy::Folder) : std::nullopt);
-  if (options.has(kPolicy) && !policy) *error = QStringLiteral("--policy is trash, folder or playlist");
-  if (hasFolder && policy && *policy != UnkeptPolicy::Folder)
+  // A folder alone says enough.
+  const int policy = options.has(kPolicy) ? policyOf(options.value(kPolicy)) : int(UnkeptPolicy::Folder);
+  const bool hasPolicy = options.has(kPolicy) || hasFolder;
+  if (policy == int(std::size(kUnkeptPolicyNames)))
+    *error = QStringLiteral("--policy is trash, folder or playlist");
+  if (hasFolder && policy != int(UnkeptPolicy::Folder))
     *error = QStringLiteral("--folder goes with --policy folder");
   if (dryRun && yes) *error = QStringLiteral("--dry-run and --yes contradict each other");
   if (yes && !scan->library.isEmpty())
     *error = QStringLiteral("a library named with --library can only be looked at, with --dry-run");
   if (!error->isEmpty()) return false;
-  if (policy) scan->settings.emplace_back(prefs::unkeptActionPolicy, int(*policy));
+  if (hasPolicy) scan->settings.emplace_back(prefs::unkeptActionPolicy, policy);
   if (hasFolder) scan->settings.emplace_back(prefs::unkeptPath, QDir(options.value(kFolder)).absolutePath());
   if (options.has(kNoPlaylists)) scan->settings.emplace_back(prefs::noIntelligentPlaylistHandling, true);
   if (options.has(kNoCounts)) scan->settings.emplace_back(prefs::noMergePlayedInfo, true);

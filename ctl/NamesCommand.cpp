@@ -1,8 +1,8 @@
 #include "ctl/NamesCommand.h"
 
 #include "ctl/ScanReport.h"
-#include "program/Application.h"
+#include "ctl/ScanRun.h"
 
-bool NamesCommand::report(Application &application, const Options &options, Terminal &terminal) const {
-  return ScanReport(application.state(), ProblemTab::Names).print(options, terminal);
+bool NamesCommand::report(ScanRun &run, const Options &options, Terminal &terminal) const {
+  return ScanReport(run.application().state(), ProblemTab::Names).print(options, terminal);
 }

@@ -15,5 +15,5 @@ class NamesCommand : public ScanningCommand {
 
  protected:
   QStringList ownFlagNames() const override { return {QStringLiteral("--rows")}; }
-  bool report(Application &application, const Options &options, Terminal &terminal) const override;
+  bool report(ScanRun &run, const Options &options, Terminal &terminal) const override;
 };

@@ -47,7 +47,7 @@ void NamesReport::print(Terminal &terminal) const {
   const Dictionary &first = row.value(keys::inconSongs).toArray().at(0).toDictionary();
   terminal.print(isArtist
                      ? QStringLiteral("Artist")
-                     : QStringLiteral("Album by ") + rowtext::textOf(first, keys::Artist, "(no artist)"));
+                     : QStringLiteral("Album by ") + rowText::textOf(first, keys::Artist, "(no artist)"));
   const QString &preferred = row.value(keys::inconPref).toText();
   std::vector<std::pair<QString, qsizetype>> lines;
   qsizetype width = 0;
@@ -57,7 +57,7 @@ void NamesReport::print(Terminal &terminal) const {
     width = qMax(width, lines.back().first.size());
   }
   for (const auto &[text, songs] : lines) {
-    const QString count = songs == 0 ? QStringLiteral("no song") : rowtext::counted(songs, "song", "songs");
+    const QString count = songs == 0 ? QStringLiteral("no song") : rowText::counted(songs, "song", "songs");
     terminal.print(QStringLiteral("  ") + text.leftJustified(width) + QStringLiteral("  ") + count);
   }
   terminal.print({});

@@ -7,6 +7,7 @@
 #include "app/library/LibraryLocation.h"
 #include "platform/FileAddress.h"
 #include "platform/Platform.h"
+#include "platform/keeper/KeeperWorkspace.h"
 #include "values/Keys.h"
 
 namespace {
@@ -25,10 +26,18 @@ QString directFolder() {
   return library ? pathOfFileAddress(library->musicFolderLocation().value_or(QString())) : QString();
 }
 
+/// What the music application does with its library. Commands that only look have none among their services,
+/// but it may run all the same.
+LibraryActivity activityNow() {
+  if (platform().scriptHost) return platform().workspace->libraryActivity();
+  const KeeperPlace place = KeeperPlace::ofUser(platform().folders.temporary);
+  return KeeperWorkspace(platform().workspace, place, nullptr).libraryActivity();
+}
+
 /// Tells if the music application is still taking its library in, so that a look would find a part of it; and
 /// if it could not do so, in which case the look finds what there is.
 bool isStillImporting(Terminal &terminal) {
-  const LibraryActivity activity = platform().workspace->libraryActivity();
+  const LibraryActivity activity = activityNow();
   if (!activity.problem.isEmpty()) {
     terminal.say(QStringLiteral("%1 could not take in its library: %2")
                      .arg(iTunesInterface::musicAppName(), printable(activity.problem)));
@@ -41,8 +50,6 @@ bool isStillImporting(Terminal &terminal) {
           .arg(activity.total));
   return true;
 }
-
-}  // namespace
 
 bool chooseLibraryFile(const QString &given, Terminal &terminal) {
   const QFileInfo info(given);
@@ -57,6 +64,26 @@ bool chooseLibraryFile(const QString &given, Terminal &terminal) {
   if (iTunesInterface::canGetMusicLibrary()) return true;
   terminal.say(QStringLiteral("no music library found; name its file with --library FILE"));
   return false;
+}
+
+/// A library that was cut off was read as far as it goes.
+void warnIfCutOff(const QString &path, Terminal &terminal) {
+  constexpr qint64 kEndBytes = 256;
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly) || file.peek(6) == "bplist") return;
+  file.seek(qMax<qint64>(0, file.size() - kEndBytes));
+  if (file.readAll().trimmed().endsWith("</plist>")) return;
+  terminal.say(QStringLiteral("the library \"%1\" ends in the middle; what comes before was read")
+                   .arg(printable(path)));
+}
+
+}  // namespace
+
+bool chooseLibraryToScan(const QString &given, Terminal &terminal) {
+  if (!chooseLibraryFile(given, terminal)) return false;
+  if (!iTunesInterface::haveDirectLibraryAccess())
+    warnIfCutOff(iTunesInterface::currentMusicLibraryXMLPath(), terminal);
+  return true;
 }
 
 std::optional<OpenedLibrary> OpenedLibrary::open(const QString &given, Terminal &terminal) {
@@ -75,14 +102,4 @@ std::optional<OpenedLibrary> OpenedLibrary::open(const QString &given, Terminal 
   }
   if (!opened.isDirect) warnIfCutOff(opened.path, terminal);
   return opened;
-}
-
-void warnIfCutOff(const QString &path, Terminal &terminal) {
-  constexpr qint64 kEndBytes = 256;
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly) || file.peek(6) == "bplist") return;
-  file.seek(qMax<qint64>(0, file.size() - kEndBytes));
-  if (file.readAll().trimmed().endsWith("</plist>")) return;
-  terminal.say(QStringLiteral("the library \"%1\" ends in the middle; what comes before was read")
-                   .arg(printable(path)));
 }

@@ -35,7 +35,7 @@ QString shown(const Value &value) {
 }
 
 int save(Terminal &terminal) {
-  return usersettings::save(terminal) ? exitcode::kDone : exitcode::kReported;
+  return userSettings::save(terminal) ? exitCode::kDone : exitCode::kReported;
 }
 
 }  // namespace
@@ -47,12 +47,12 @@ int PrefsCommand::run(const QStringList &arguments, Terminal &terminal) {
     if (arguments.size() != 3) return wrongUse(QStringLiteral("set takes a KEY and a VALUE"), terminal);
     return set(arguments[1], arguments[2], terminal);
   }
-  Options options({QStringLiteral("--json")}, {});
+  Options options({Options::json()}, {});
   QString error;
   if (!options.parse(arguments, 2, &error)) return wrongUse(error, terminal);
   const QString key = options.operands().value(1);
   const bool hasKey = options.operands().size() == 2;
-  const bool asJson = options.has(QStringLiteral("--json"));
+  const bool asJson = options.wantsJson();
   const QString command = options.operands().value(0);
   if (command == QStringLiteral("list") && !hasKey) return list(asJson, terminal);
   if (command == QStringLiteral("get") && hasKey) return get(key, asJson, terminal);
@@ -66,25 +66,24 @@ int PrefsCommand::list(bool asJson, Terminal &terminal) const {
   if (!asJson) {
     for (const QString &key : storedKeys())
       terminal.print(printable(key) + QStringLiteral(" = ") + shown(prefs::value(key)));
-    return exitcode::kDone;
+    return exitCode::kDone;
   }
   JsonWriter json(terminal.out);
   json.beginObject();
   for (const QString &key : storedKeys()) json.member(key, prefs::value(key));
   json.endObject();
   json.endLine();
-  return exitcode::kDone;
+  return exitCode::kDone;
 }
 
 int PrefsCommand::get(const QString &key, bool asJson, Terminal &terminal) const {
   if (!isKey(key)) return wrongUse(unknown(key), terminal);
   const Value value = prefs::value(key);
   if (value.isNull()) {
-    terminal.say(QStringLiteral("%1 is not set").arg(key));
-    return exitcode::kReported;
+    return reported(QStringLiteral("%1 is not set").arg(key), terminal);
   }
   terminal.print(asJson ? jsonOf(value) : shown(value));
-  return exitcode::kDone;
+  return exitCode::kDone;
 }
 
 int PrefsCommand::set(const QString &key, const QString &text, Terminal &terminal) const {
@@ -92,7 +91,7 @@ int PrefsCommand::set(const QString &key, const QString &text, Terminal &termina
   QString error;
   const Value value = settings::parse(key, text, &error);
   if (value.isNull()) return wrongUse(error, terminal);
-  usersettings::ensureFirstValues(terminal);
+  userSettings::ensureFirstValues(terminal);
   prefs::set(key, value);
   return save(terminal);
 }
@@ -104,6 +103,6 @@ int PrefsCommand::unset(const QString &key, Terminal &terminal) const {
 }
 
 int PrefsCommand::reset(Terminal &terminal) const {
-  usersettings::resetAll(terminal);
+  userSettings::resetAll(terminal);
   return save(terminal);
 }

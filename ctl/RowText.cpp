@@ -19,7 +19,7 @@ QString sizeOf(const Dictionary &row) {
 
 }  // namespace
 
-namespace rowtext {
+namespace rowText {
 
 QString textOf(const Dictionary &row, Key key, const char *without) {
   const QString &text = row.value(key).toText();
@@ -42,4 +42,4 @@ QString counted(qsizetype count, const char *one, const char *many) {
   return QStringLiteral("%1 %2").arg(count).arg(QString::fromLatin1(count == 1 ? one : many));
 }
 
-}  // namespace rowtext
+}  // namespace rowText

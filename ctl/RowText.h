@@ -3,7 +3,7 @@
 #include "values/Value.h"
 
 /// Rows in words, fit for a terminal.
-namespace rowtext {
+namespace rowText {
 
 /// The text under a key; `without` if it has none.
 QString textOf(const Dictionary &row, Key key, const char *without);
@@ -14,4 +14,4 @@ QString lineOf(const Dictionary &row);
 /// "1 song", "2 songs".
 QString counted(qsizetype count, const char *one, const char *many);
 
-}  // namespace rowtext
+}  // namespace rowText

@@ -1,7 +1,7 @@
 #include "ctl/ScanCommand.h"
 
 #include "ctl/ScanReport.h"
-#include "program/Application.h"
+#include "ctl/ScanRun.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ QString ScanCommand::complaintAbout(const Options &options) const {
   return QStringLiteral("no problem is called \"%1\"").arg(printable(options.value(kProblem)));
 }
 
-bool ScanCommand::report(Application &application, const Options &options, Terminal &terminal) const {
-  const ScanReport found(application.state(), onlyProblem(options));
+bool ScanCommand::report(ScanRun &run, const Options &options, Terminal &terminal) const {
+  const ScanReport found(run.application().state(), onlyProblem(options));
   return found.print(options, terminal);
 }

@@ -17,5 +17,5 @@ class ScanCommand : public ScanningCommand {
   QStringList ownFlagNames() const override { return {QStringLiteral("--rows")}; }
   QStringList ownValueNames() const override { return {QStringLiteral("--problem")}; }
   QString complaintAbout(const Options &options) const override;
-  bool report(Application &application, const Options &options, Terminal &terminal) const override;
+  bool report(ScanRun &run, const Options &options, Terminal &terminal) const override;
 };

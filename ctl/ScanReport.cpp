@@ -5,7 +5,7 @@
 #include "ctl/RowText.h"
 #include "values/Keys.h"
 
-using rowtext::counted;
+using rowText::counted;
 
 namespace {
 
@@ -35,7 +35,7 @@ bool ScanReport::hasProblems() const {
 }
 
 bool ScanReport::print(const Options &options, Terminal &terminal) const {
-  if (options.has(QStringLiteral("--json"))) {
+  if (options.wantsJson()) {
     printJson(options.has(QStringLiteral("--rows")), terminal);
   } else {
     printText(terminal);
@@ -80,8 +80,8 @@ void ScanReport::printText(Terminal &terminal) const {
     terminal.print(tab == ProblemTab::Orphans ? QStringLiteral("Orphans") : QStringLiteral("Missing tracks"));
     for (const Value &row : lists[int(tab)])
       terminal.print(QStringLiteral("  %1  %2")
-                         .arg(rowtext::titleOf(row.toDictionary()),
-                              rowtext::textOf(row.toDictionary(), keys::Path, "(no file)")));
+                         .arg(rowText::titleOf(row.toDictionary()),
+                              rowText::textOf(row.toDictionary(), keys::Path, "(no file)")));
     terminal.print({});
   }
   printCounts(terminal);
@@ -89,8 +89,8 @@ void ScanReport::printText(Terminal &terminal) const {
 
 void ScanReport::printGroups(Terminal &terminal) const {
   for (const Array &group : groups) {
-    terminal.print(rowtext::titleOf(group.at(0).toDictionary()));
-    for (const Value &row : group) terminal.print(QStringLiteral("  ") + rowtext::lineOf(row.toDictionary()));
+    terminal.print(rowText::titleOf(group.at(0).toDictionary()));
+    for (const Value &row : group) terminal.print(QStringLiteral("  ") + rowText::lineOf(row.toDictionary()));
     terminal.print({});
   }
 }

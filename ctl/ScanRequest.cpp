@@ -7,12 +7,11 @@ namespace {
 const QString kLibrary = QStringLiteral("--library");
 const QString kMedia = QStringLiteral("--media");
 const QString kPref = QStringLiteral("--pref");
-const QString kJson = QStringLiteral("--json");
 
 }  // namespace
 
 QStringList ScanRequest::flagNames() {
-  return {kJson};
+  return {Options::json()};
 }
 
 QStringList ScanRequest::valueNames() {
@@ -26,7 +25,7 @@ QString ScanRequest::usage() {
 bool ScanRequest::take(const Options &options, QString *error) {
   library = options.value(kLibrary);
   media = options.value(kMedia);
-  json = options.has(kJson);
+  json = options.wantsJson();
   for (const QString &assignment : options.values(kPref)) {
     std::pair<QString, Value> setting;
     if (!settings::parseAssignment(assignment, &setting.first, &setting.second, error)) return false;

@@ -9,10 +9,6 @@ ScanRun::ScanRun(const LoopRunner &loopRunner, Terminal &terminal)
   shown.onCancel = [this] { put.controller().doCancelOperation("tallyfenctl"); };
   put.controller().onTerminate = [this] { shown.applicationEnds(); };
   put.savedState().isUsed = false;
-  put.mergeSupervisor().endProcess = [this](int code) {
-    lines.out.flush();
-    std::_Exit(code);
-  };
 }
 
 bool ScanRun::scan(const ScanRequest &request) {
@@ -26,6 +22,11 @@ bool ScanRun::scan(const ScanRequest &request) {
   wait([this] { return shown.isOver(); });
   shown.endProgressSheet();
   return !shown.hasFailed();
+}
+
+void ScanRun::ensureMarks() {
+  // A scan whose groups are loose leaves the marks to the user.
+  if (put.automark().lastChoices().empty()) put.automark().doAutomarkFromPreferences();
 }
 
 void ScanRun::wait(const std::function<bool()> &done) {

@@ -15,6 +15,8 @@ class ScanRun {
 
   /// Sets what was asked for, loads, scans and waits for the end. False if it failed; the user has been told.
   [[nodiscard]] bool scan(const ScanRequest &request);
+  /// Has every group marked by the preferences, also where a scan leaves that to the user.
+  void ensureMarks();
   /// Waits until the test holds, with progress and interruptions as in a scan.
   void wait(const std::function<bool()> &done);
 

@@ -4,7 +4,7 @@
 #include "ctl/EventLoop.h"
 #include "ctl/ScanRequest.h"
 
-class Application;
+class ScanRun;
 
 /// A command that loads a library and looks for problems in it, as the window's application does, and then
 /// tells of what was found in its own way. What it sets is forgotten at the end. An interruption gives what
@@ -23,7 +23,7 @@ class ScanningCommand : public Command {
   /// A line about an own option's value that means nothing; empty if there is none.
   virtual QString complaintAbout(const Options &) const { return {}; }
   /// Tells of what the scan found; true if it found problems. No worker runs any more.
-  virtual bool report(Application &application, const Options &options, Terminal &terminal) const = 0;
+  virtual bool report(ScanRun &run, const Options &options, Terminal &terminal) const = 0;
 
  private:
   int scan(const ScanRequest &request, const Options &options, Terminal &terminal) const;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "bridge/iTunesInterface.h"
+#include "ctl/FailureText.h"
 #include "ctl/Options.h"
 #include "ctl/ScriptWitness.h"
 #include "ctl/Session.h"
@@ -83,19 +84,15 @@ int tell(const std::optional<ScriptDescriptor> &result, const ScriptWitness &wit
          Terminal &terminal) {
   if (result) {
     if (result->type != ScriptDescriptor::Type::None) terminal.print(printableTable(shown(*result)));
-    return exitcode::kDone;
+    return exitCode::kDone;
   }
   const std::optional<ScriptFailure> failure = witness.failure();
-  if (!failure && timeout > 0) {
-    terminal.say(QStringLiteral("no answer within %1 seconds").arg(timeout));
-    return exitcode::kReported;
-  }
-  const qint64 number = failure ? failure->number.value_or(0) : iTunesInterface::lastScriptErrorNumber();
-  terminal.say(
-      QStringLiteral("error %1: %2").arg(number).arg(printable(failure ? failure->message : QString())));
+  if (!failure && timeout > 0)
+    return reported(QStringLiteral("no answer within %1 seconds").arg(timeout), terminal);
+  terminal.say(textOf(failure.value_or(ScriptFailure{iTunesInterface::lastScriptErrorNumber(), {}})));
   if (!witness.offendingText().isEmpty())
     terminal.say(QStringLiteral("at: ") + printable(witness.offendingText()));
-  return exitcode::kReported;
+  return exitCode::kReported;
 }
 
 }  // namespace
@@ -132,7 +129,7 @@ int ScriptCommand::runHere(const Options &options, double timeout, Terminal &ter
     if (!text && !witness.failure()) result = ScriptDescriptor();
   } else {
     const std::optional<QString> source = sourceOf(options, terminal);
-    if (!source) return exitcode::kReported;
+    if (!source) return exitCode::kReported;
     result = iTunesInterface::descFromScriptTimeoutSeconds(*source, float(timeout));
   }
   return tell(result, witness, timeout, terminal);

@@ -43,7 +43,7 @@ bool isNo(const QString &text) {
 QString addPicture(const QString &path, const QString &type, AudioInfoTag &tag) {
   const FileReader file(path);
   const QByteArray bytes = file.read(0, file.size());
-  QString why = tagfacts::whyUnreadable(path);
+  QString why = tagFacts::whyUnreadable(path);
   if (why.isNull() && bytes.size() != file.size()) why = QStringLiteral("it shrank while it was read");
   if (why.isNull() && bytes.isEmpty()) why = QStringLiteral("it holds nothing");
   if (!why.isNull()) return QStringLiteral("Can't read \"%1\": %2").arg(path, why);

@@ -11,7 +11,7 @@
 
 TagFacts::TagFacts(const QString &path) : mPath(path) {
   FileReader file;
-  whyNot = tagfacts::whyUnreadable(path, file);
+  whyNot = tagFacts::whyUnreadable(path, file);
   if (!isReadable()) return;
   sniffed = SongFile::songDataTypeOfFile(file, path);
   file.close();
@@ -23,7 +23,7 @@ TagFacts::TagFacts(const QString &path) : mPath(path) {
 QString TagFacts::complaint() const {
   if (!isReadable()) return whyNot;
   if (held) return {};
-  return tagfacts::kindOf(mPath, sniffed) == SongFile::kUnknownData
+  return tagFacts::kindOf(mPath, sniffed) == SongFile::kUnknownData
              ? QStringLiteral("neither MPEG nor MP4 audio")
              : QStringLiteral("no tag that can be read");
 }
@@ -36,7 +36,7 @@ QString line(const char *name, const QString &content) {
 
 /// A line for a text that is there.
 QString lineOf(const char *name, const QString &text) {
-  return text.isEmpty() ? QString() : line(name, tagfacts::shortened(text));
+  return text.isEmpty() ? QString() : line(name, tagFacts::shortened(text));
 }
 
 QString audioInWords(const AudioInfoTag &tag) {
@@ -51,7 +51,7 @@ QString picturesInWords(const AudioInfoTag &tag) {
   QString lines;
   qsizetype index = 0;
   for (const ID3ImagePtr &image : tag.images()) {
-    lines += line("Picture", QStringLiteral("%1: ").arg(index++) + tagfacts::inWords(*image));
+    lines += line("Picture", QStringLiteral("%1: ").arg(index++) + tagFacts::inWords(*image));
   }
   return lines;
 }
@@ -82,8 +82,8 @@ QString TagFacts::text() const {
   lines += lineOf("BPM", tag.bpm());
   if (tag.isPartOfCompilation()) lines += line("Compilation", QStringLiteral("yes"));
   if (!tag.lyrics().isEmpty()) {
-    const QString count = rowtext::counted(tag.lyrics().size(), "character", "characters");
-    lines += line("Lyrics", count + QStringLiteral(": ") + tagfacts::shortened(tag.lyrics()));
+    const QString count = rowText::counted(tag.lyrics().size(), "character", "characters");
+    lines += line("Lyrics", count + QStringLiteral(": ") + tagFacts::shortened(tag.lyrics()));
   }
   lines += lineOf("Audio", audioInWords(tag)) + picturesInWords(tag) + framesInWords(tag);
   if (tag.encounteredProblemDecoding()) lines += line("Problem", QStringLiteral("the tag is malformed"));
@@ -91,7 +91,7 @@ QString TagFacts::text() const {
   return lines;
 }
 
-namespace tagfacts {
+namespace tagFacts {
 
 qint32 kindOf(const QString &path, qint32 sniffed) {
   if (sniffed != SongFile::kUnknownData) return sniffed;
@@ -144,7 +144,7 @@ struct Digest {
 
 struct Words {
   QString operator()(const QByteArray &bytes) const {
-    return rowtext::counted(bytes.size(), "byte", "bytes");
+    return rowText::counted(bytes.size(), "byte", "bytes");
   }
   QString operator()(const ID3ImagePtr &image) const { return image ? inWords(*image) : QString(); }
   QString operator()(const QStringList &texts) const { return shortened(texts.join(QStringLiteral(" | "))); }
@@ -171,7 +171,7 @@ QString inWords(const FrameValue &value) {
 QString inWords(ID3Image &image) {
   const QString type = image.mimeFormat().isNull() ? QStringLiteral("unknown type") : image.mimeFormat();
   QString words = shortened(type) + QStringLiteral(", ") +
-                  rowtext::counted(image.imageData().size(), "byte", "bytes") +
+                  rowText::counted(image.imageData().size(), "byte", "bytes") +
                   QStringLiteral(", kind %1").arg(image.type());
   if (!image.description().isEmpty()) words += QStringLiteral(", \"%1\"").arg(shortened(image.description()));
   return words;
@@ -183,4 +183,4 @@ QString shortened(const QString &text) {
   return printable(text.left(kLongest)) + QChar(0x2026);
 }
 
-}  // namespace tagfacts
+}  // namespace tagFacts

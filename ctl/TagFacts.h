@@ -35,7 +35,7 @@ class TagFacts {
   AudioInfoTag *held = nullptr;
 };
 
-namespace tagfacts {
+namespace tagFacts {
 
 /// 1 MPEG, 2 MP4, 0 neither: how a file is read, by what its content shows and else by its name.
 qint32 kindOf(const QString &path, qint32 sniffed);
@@ -56,4 +56,4 @@ QString inWords(ID3Image &image);
 /// The start of a text, fit for one line of a terminal.
 QString shortened(const QString &text);
 
-}  // namespace tagfacts
+}  // namespace tagFacts

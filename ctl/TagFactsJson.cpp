@@ -63,7 +63,7 @@ void pictures(JsonWriter &json, const AudioInfoTag &tag) {
     text(json, u"mime", image->mimeFormat());
     json.member(u"type", image->type());
     json.member(u"size", qint64(image->imageData().size()));
-    json.member(u"sha1", tagfacts::digest(QByteArrayView(image->imageData())));
+    json.member(u"sha1", tagFacts::digest(QByteArrayView(image->imageData())));
     text(json, u"suffix", image->filenameSuffix());
     text(json, u"description", image->description());
     json.endObject();
@@ -79,8 +79,8 @@ void frames(JsonWriter &json, const MP3InfoTag &tag) {
   for (const MP3InfoTag::Frame &frame : tag.frames()) {
     json.beginObject();
     json.member(u"id", QString::fromLatin1(frame.id));
-    json.member(u"kind", tagfacts::kindName(frame.value));
-    json.member(u"sha1", tagfacts::digest(frame.value));
+    json.member(u"kind", tagFacts::kindName(frame.value));
+    json.member(u"sha1", tagFacts::digest(frame.value));
     json.endObject();
   }
   json.endArray();

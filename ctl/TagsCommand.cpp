@@ -31,13 +31,13 @@ bool tellOf(const QString &path, bool asJson, Terminal &terminal, QString *compl
 }  // namespace
 
 int TagsCommand::run(const QStringList &arguments, Terminal &terminal) {
-  Options options({QStringLiteral("--json")}, {});
+  Options options({Options::json()}, {});
   QString error;
   if (!options.parse(arguments, std::numeric_limits<qsizetype>::max(), &error))
     return wrongUse(error, terminal);
   if (options.operands().isEmpty()) return wrongUse(QStringLiteral("name a FILE"), terminal);
   const Session session(Session::LogAtEnd::StaysText);
-  return tell(options.operands(), options.has(QStringLiteral("--json")), terminal);
+  return tell(options.operands(), options.wantsJson(), terminal);
 }
 
 int TagsCommand::tell(const QStringList &files, bool asJson, Terminal &terminal) const {
@@ -46,18 +46,17 @@ int TagsCommand::tell(const QStringList &files, bool asJson, Terminal &terminal)
   ProgressBar bar(terminal);
   bar.setIndeterminate(false);
   bar.setMaximum(double(files.size()));
-  int code = exitcode::kDone;
+  int code = exitCode::kDone;
   for (qsizetype i = 0; i < files.size() && terminal.out.good(); ++i) {
     if (interrupts.came()) {
       bar.clear();
-      terminal.say(QStringLiteral("cancelled"));
-      return exitcode::kReported;
+      return reported(QStringLiteral("cancelled"), terminal);
     }
     bar.clear();
     QString complaint;
     if (!tellOf(files[i], asJson, terminal, &complaint)) {
       terminal.say(QStringLiteral("Can't read \"%1\": %2").arg(printable(files[i]), complaint));
-      code = exitcode::kReported;
+      code = exitCode::kReported;
     }
     if (!showsProgress) continue;
     // Results may go to the same screen: they come whole, with the bar below them.

@@ -49,7 +49,7 @@ void change(SongFile &song, const QString &out, const TagEdits &edits, Outcome &
 Outcome change(const QString &file, const QString &out, const TagEdits &edits) {
   Outcome outcome;
   outcome.path = file;
-  outcome.error = tagfacts::whyUnreadable(file);
+  outcome.error = tagFacts::whyUnreadable(file);
   if (!outcome.error.isNull()) return outcome;
   const SongFilePtr song = SongFile::songWithPath(file);
   if (song) {
@@ -76,7 +76,7 @@ void writeJson(const Outcome &outcome, Terminal &terminal) {
 }  // namespace
 
 int TagsSetCommand::run(const QStringList &arguments, Terminal &terminal) {
-  Options options(TagEdits::flagNames() + QStringList{QStringLiteral("--json")}, TagEdits::valueNames());
+  Options options(TagEdits::flagNames() + QStringList{Options::json()}, TagEdits::valueNames());
   TagEdits edits;
   QString error;
   if (!options.parse(arguments, 2, &error) || !edits.take(options, &error)) return wrongUse(error, terminal);
@@ -84,14 +84,14 @@ int TagsSetCommand::run(const QStringList &arguments, Terminal &terminal) {
   if (file.isEmpty()) return wrongUse(QStringLiteral("name a FILE"), terminal);
   const Session session(Session::LogAtEnd::StaysText);
   const Outcome outcome = change(file, options.operands().value(1), edits);
-  const bool asJson = options.has(QStringLiteral("--json"));
+  const bool asJson = options.wantsJson();
   if (asJson) writeJson(outcome, terminal);
   if (outcome.ok) {
     if (!asJson) terminal.print(TagFacts(outcome.path).text());
-    return exitcode::kDone;
+    return exitCode::kDone;
   }
   const QString reason =
       outcome.error.isEmpty() ? QStringLiteral("this file's tag cannot be written") : outcome.error;
-  terminal.say(QStringLiteral("\"%1\" was not changed: %2").arg(printable(file), printable(reason)));
-  return exitcode::kReported;
+  return reported(QStringLiteral("\"%1\" was not changed: %2").arg(printable(file), printable(reason)),
+                  terminal);
 }

@@ -19,7 +19,7 @@ bool beginsWithVersion24(const QString &path) {
 /// Cuts off the tag. A line for the user on failure, else null.
 QString strip(const QString &file, const QString &out) {
   const Interrupts interrupts;
-  const QString why = tagfacts::whyUnreadable(file);
+  const QString why = tagFacts::whyUnreadable(file);
   if (!why.isNull()) return why;
   if (!beginsWithVersion24(file)) return QStringLiteral("it has no version 2.4 tag");
   SongCopy copy;
@@ -46,10 +46,10 @@ int TagsStripCommand::run(const QStringList &arguments, Terminal &terminal) {
   const qint64 before = QFileInfo(file).size();
   const QString failure = strip(file, out);
   if (!failure.isNull()) {
-    terminal.say(QStringLiteral("\"%1\" was not changed: %2").arg(printable(file), printable(failure)));
-    return exitcode::kReported;
+    return reported(QStringLiteral("\"%1\" was not changed: %2").arg(printable(file), printable(failure)),
+                    terminal);
   }
   const qint64 cut = before - QFileInfo(out.isEmpty() ? file : out).size();
-  terminal.print(QStringLiteral("Cut off: ") + rowtext::counted(cut, "byte", "bytes"));
-  return exitcode::kDone;
+  terminal.print(QStringLiteral("Cut off: ") + rowText::counted(cut, "byte", "bytes"));
+  return exitCode::kDone;
 }

@@ -40,7 +40,7 @@ class AtomPrinter {
     const ByteView payload{QByteArrayView(bytes)};
     if (payload.size() <= kHeader || payload.u24(1) != 1) return {};
     const QString text = QString::fromUtf8(payload.from(kHeader).bytes());
-    return QStringLiteral("  \"%1\"").arg(tagfacts::shortened(text));
+    return QStringLiteral("  \"%1\"").arg(tagFacts::shortened(text));
   }
 
   const FileReader &file;
@@ -65,7 +65,7 @@ void printRange(const char *name, FileRange range, Terminal &terminal) {
   if (range.length == 0) return;
   terminal.print(
       QStringLiteral("%1: %2 at %3")
-          .arg(QString::fromLatin1(name), rowtext::counted(qsizetype(range.length), "byte", "bytes"))
+          .arg(QString::fromLatin1(name), rowText::counted(qsizetype(range.length), "byte", "bytes"))
           .arg(range.start));
 }
 
@@ -78,13 +78,13 @@ QString printFrames(const QString &path, Terminal &terminal) {
   printRange("Tag at the end", tag->id3v1Range(), terminal);
   for (const MP3InfoTag::Frame &frame : tag->frames()) {
     terminal.print(QStringLiteral("  ") + printable(QString::fromLatin1(frame.id)).leftJustified(8) +
-                   tagfacts::kindName(frame.value).leftJustified(8) + tagfacts::inWords(frame.value));
+                   tagFacts::kindName(frame.value).leftJustified(8) + tagFacts::inWords(frame.value));
   }
   return {};
 }
 
 bool holdsAtoms(const QString &path) {
-  return tagfacts::kindOf(path, SongFile::songDataTypeAtPath(path)) == SongFile::kMP4Data ||
+  return tagFacts::kindOf(path, SongFile::songDataTypeAtPath(path)) == SongFile::kMP4Data ||
          FileReader(path).read(4, 4) == "ftyp";
 }
 
@@ -97,9 +97,8 @@ int TagsTreeCommand::run(const QStringList &arguments, Terminal &terminal) {
   if (options.operands().isEmpty()) return wrongUse(QStringLiteral("name a FILE"), terminal);
   const QString &path = options.operands().first();
   const Session session(Session::LogAtEnd::StaysText);
-  QString why = tagfacts::whyUnreadable(path);
+  QString why = tagFacts::whyUnreadable(path);
   if (why.isNull()) why = holdsAtoms(path) ? printAtoms(path, terminal) : printFrames(path, terminal);
-  if (why.isNull()) return exitcode::kDone;
-  terminal.say(QStringLiteral("Can't read \"%1\": %2").arg(printable(path), why));
-  return exitcode::kReported;
+  if (why.isNull()) return exitCode::kDone;
+  return reported(QStringLiteral("Can't read \"%1\": %2").arg(printable(path), why), terminal);
 }

@@ -21,5 +21,8 @@ struct Terminal {
   void say(const QString &message) { err << "tallyfenctl: " << message.toStdString() << '\n'; }
 };
 
+/// Asks a person on the terminal; anything but "y" or "yes" is a no, the end of the input too.
+[[nodiscard]] bool agrees(const QString &question, Terminal &terminal);
+
 /// The text as it may be shown on a terminal: control characters, which could steer it, become U+FFFD.
 QString printable(QString text);

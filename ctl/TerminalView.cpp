@@ -24,11 +24,13 @@ int TerminalView::runAlert(const Alert &alert) {
   for (const QString &line : alert.message.split(u'\n', Qt::SkipEmptyParts))
     lines.err << "  " << printable(line).toStdString() << '\n';
   lines.err.flush();
-  if (alert.buttons.size() > 1 && onQuestion) {
+  const bool hasSafeAnswer = alert.safeButton >= 0, isChoice = alert.buttons.size() > 1;
+  if (isChoice && hasSafeAnswer && onQuestion) {
     if (const std::optional<int> answer = onQuestion(alert)) return *answer;
   }
+  if (merging && !hasSafeAnswer && (alert.critical || isChoice)) problems.push_back(alert);
   failed = failed || (alert.critical && !isOnlyAWarning(alert));
-  return alert.safeButton >= 0 ? alert.safeButton : int(alert.buttons.size()) - 1;
+  return hasSafeAnswer ? alert.safeButton : int(alert.buttons.size()) - 1;
 }
 
 void TerminalView::beginMerge() {

@@ -24,9 +24,13 @@ class TerminalView : public ProblemView {
   /// What cancels the current operation.
   std::function<void()> onCancel;
   /// Answers a question with the index of a button where somebody can; without an answer nothing is changed.
+  /// Not asked where no button is known to change nothing: such a choice is about windows.
   std::function<std::optional<int>(const Alert &)> onQuestion;
   /// From here on the bar tells of a merge: which song is worked on, rather than the step.
   void beginMerge();
+  /// What was shown since then that tells of a failure: that something did not work, or a choice that nobody
+  /// can make here.
+  const std::vector<Alert> &problemsOfMerge() const { return problems; }
 
   int runAlert(const Alert &alert) override;
   void beginSheet(const Alert &alert, std::function<void(int)> done) override;
@@ -82,4 +86,5 @@ class TerminalView : public ProblemView {
   bool merging = false;
   bool mergeOver = false;
   bool warnsUnresponsive = false;
+  std::vector<Alert> problems;
 };

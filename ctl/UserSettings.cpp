@@ -6,7 +6,7 @@
 #include "platform/Platform.h"
 #include "support/Preferences.h"
 
-namespace usersettings {
+namespace userSettings {
 
 void resetAll(Terminal &terminal) {
   TerminalView view(terminal);
@@ -25,4 +25,4 @@ bool save(Terminal &terminal) {
   return false;
 }
 
-}  // namespace usersettings
+}  // namespace userSettings

@@ -3,7 +3,7 @@
 #include "ctl/Terminal.h"
 
 /// The settings in force as a whole. Main thread.
-namespace usersettings {
+namespace userSettings {
 
 /// Removes every setting and stores the first values.
 void resetAll(Terminal &terminal);
@@ -15,4 +15,4 @@ void ensureFirstValues(Terminal &terminal);
 /// Makes the settings survive. False with a message if they cannot be saved.
 [[nodiscard]] bool save(Terminal &terminal);
 
-}  // namespace usersettings
+}  // namespace userSettings
