@@ -1,5 +1,7 @@
 #include "platform/keeper/RecordItems.h"
 
+#include <span>
+
 #include "platform/keeper/StoreSchema.h"
 #include "values/Keys.h"
 
@@ -26,44 +28,59 @@ struct TextKey {
   bool repeats;
 };
 
-const TextKey kTexts[] = {
-    {keys::Artist, &Item::artistName, true},
-    {keys::SortArtist, &Item::artistSortName, true},
-    {keys::Album, &Item::albumTitle, true},
-    {keys::SortAlbum, &Item::albumSortTitle, true},
-    {keys::AlbumArtist, &Item::albumArtist, true},
-    {keys::SortAlbumArtist, &Item::albumSortAlbumArtist, true},
-    {keys::Composer, &Item::composer, true},
-    {keys::SortComposer, &Item::sortComposer, true},
-    {keys::Genre, &Item::genre, true},
-    {keys::Kind, &Item::kind, true},
-    {keys::ContentRating, &Item::contentRating, true},
-    {keys::Name, &Item::title, true},
-    {keys::SortName, &Item::sortTitle, true},
-    {keys::Comments, &Item::comments, true},
-    {keys::Location, &Item::location, false},
-};
+// The tables are made when they are first asked for: before main the keys may not be there yet.
 
-const std::pair<Key, std::optional<Date> Item::*> kDates[] = {
-    {keys::DateAdded, &Item::addedDate},     {keys::DateModified, &Item::modifiedDate},
-    {keys::ReleaseDate, &Item::releaseDate}, {keys::PlayDateUTC, &Item::lastPlayedDate},
-    {keys::SkipDate, &Item::skipDate},
-};
+std::span<const TextKey> textKeys() {
+  static const TextKey known[] = {
+      {keys::Artist, &Item::artistName, true},
+      {keys::SortArtist, &Item::artistSortName, true},
+      {keys::Album, &Item::albumTitle, true},
+      {keys::SortAlbum, &Item::albumSortTitle, true},
+      {keys::AlbumArtist, &Item::albumArtist, true},
+      {keys::SortAlbumArtist, &Item::albumSortAlbumArtist, true},
+      {keys::Composer, &Item::composer, true},
+      {keys::SortComposer, &Item::sortComposer, true},
+      {keys::Genre, &Item::genre, true},
+      {keys::Kind, &Item::kind, true},
+      {keys::ContentRating, &Item::contentRating, true},
+      {keys::Name, &Item::title, true},
+      {keys::SortName, &Item::sortTitle, true},
+      {keys::Comments, &Item::comments, true},
+      {keys::Location, &Item::location, false},
+  };
+  return known;
+}
 
-const std::pair<Key, void (*)(Item &, qint64)> kNumbers[] = {
-    {keys::TrackCount, setAmount<&Item::albumTrackCount>},
-    {keys::DiscNumber, setAmount<&Item::albumDiscNumber>},
-    {keys::DiscCount, setAmount<&Item::albumDiscCount>},
-    {keys::TotalTime, setAmount<&Item::totalTime>},
-    {keys::Year, setAmount<&Item::year>},
-    {keys::TrackNumber, setAmount<&Item::trackNumber>},
-    {keys::BitRate, setAmount<&Item::bitrate>},
-    {keys::SampleRate, setAmount<&Item::sampleRate>},
-    {keys::PlayCount, setAmount<&Item::playCount>},
-    {keys::SkipCount, setAmount<&Item::skipCount>},
-    {keys::Rating, setNumber<&Item::rating>},
-    {keys::Size, setAmount<&Item::fileSize>},
-};
+using DateKey = std::pair<Key, std::optional<Date> Item::*>;
+
+std::span<const DateKey> dateKeys() {
+  static const DateKey known[] = {
+      {keys::DateAdded, &Item::addedDate},     {keys::DateModified, &Item::modifiedDate},
+      {keys::ReleaseDate, &Item::releaseDate}, {keys::PlayDateUTC, &Item::lastPlayedDate},
+      {keys::SkipDate, &Item::skipDate},
+  };
+  return known;
+}
+
+using NumberKey = std::pair<Key, void (*)(Item &, qint64)>;
+
+std::span<const NumberKey> numberKeys() {
+  static const NumberKey known[] = {
+      {keys::TrackCount, setAmount<&Item::albumTrackCount>},
+      {keys::DiscNumber, setAmount<&Item::albumDiscNumber>},
+      {keys::DiscCount, setAmount<&Item::albumDiscCount>},
+      {keys::TotalTime, setAmount<&Item::totalTime>},
+      {keys::Year, setAmount<&Item::year>},
+      {keys::TrackNumber, setAmount<&Item::trackNumber>},
+      {keys::BitRate, setAmount<&Item::bitrate>},
+      {keys::SampleRate, setAmount<&Item::sampleRate>},
+      {keys::PlayCount, setAmount<&Item::playCount>},
+      {keys::SkipCount, setAmount<&Item::skipCount>},
+      {keys::Rating, setNumber<&Item::rating>},
+      {keys::Size, setAmount<&Item::fileSize>},
+  };
+  return known;
+}
 
 Item::LocationType locationTypeOf(int flags) {
   if (flags & storeSchema::kHasFile) return Item::LocationType::File;
@@ -75,18 +92,18 @@ Item::LocationType locationTypeOf(int flags) {
 
 RecordItems::Target RecordItems::targetOf(Key key) {
   Target target;
-  for (const TextKey &text : kTexts) {
+  for (const TextKey &text : textKeys()) {
     if (text.key != key) continue;
     target.kind = text.repeats ? Target::Kind::SharedText : Target::Kind::Text;
     target.text = text.field;
-    target.place = size_t(&text - kTexts);
+    target.place = size_t(&text - textKeys().data());
   }
-  for (const auto &[known_, field] : kDates) {
+  for (const auto &[known_, field] : dateKeys()) {
     if (known_ != key) continue;
     target.kind = Target::Kind::Date;
     target.date = field;
   }
-  for (const auto &[known_, set] : kNumbers) {
+  for (const auto &[known_, set] : numberKeys()) {
     if (known_ != key) continue;
     target.kind = Target::Kind::Number;
     target.number = set;
@@ -97,7 +114,7 @@ RecordItems::Target RecordItems::targetOf(Key key) {
 void RecordItems::setKeys(const RecordKeys &keys) {
   targets.clear();
   for (quint32 number = 0; number < keys.size(); ++number) targets.push_back(targetOf(keys.key(number)));
-  lastTexts.resize(std::size(kTexts));
+  lastTexts.resize(textKeys().size());
   known.resize(kKnownTexts);
 }
 
