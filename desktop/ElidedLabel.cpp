@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "desktop/ToolTips.h"
+
 ElidedLabel::ElidedLabel() {
   setTextFormat(Qt::PlainText);
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -9,7 +11,7 @@ ElidedLabel::ElidedLabel() {
 
 void ElidedLabel::setFullText(const QString &text) {
   setText(text);
-  setToolTip(text.toHtmlEscaped());
+  setToolTip(toolTips::fromPlainText(text));
 }
 
 QSize ElidedLabel::minimumSizeHint() const {

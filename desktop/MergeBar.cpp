@@ -73,7 +73,10 @@ void MergeBar::updateFolder() {
   choose->setVisible(isFolder);
   const QString path = prefs::text(prefs::unkeptPath);
   if (!isFolder) {
-    folder->setFullText(chosen == int(UnkeptPolicy::Playlist) ? text("Unkept-PlaylistNote") : QString());
+    const QString playlist = text("UnkeptPlaylist");
+    folder->setFullText(chosen == int(UnkeptPolicy::Playlist)
+                            ? localizedMessage(QStringLiteral("Unkept-PlaylistNote"), playlist)
+                            : QString());
   } else if (path.isEmpty()) {
     folder->setFullText(text("Unkept-NoFolder"));
   } else if (QFileInfo(path).isDir()) {

@@ -11,6 +11,8 @@
 
 #include "bridge/LocalizedMessage.h"
 #include "desktop/Icons.h"
+#include "desktop/ToolTips.h"
+#include "support/SizeText.h"
 
 namespace {
 
@@ -26,8 +28,8 @@ QString words(const char *name) {
 QTreeWidgetItem *line(QTreeWidgetItem *parent, const QString &what, const QString &fate,
                       const QString &size) {
   auto *item = new QTreeWidgetItem(parent, {what, fate, size});
-  item->setToolTip(0, what.toHtmlEscaped());
-  item->setToolTip(1, fate.toHtmlEscaped());
+  item->setToolTip(0, toolTips::fromPlainText(what));
+  item->setToolTip(1, toolTips::fromPlainText(fate));
   item->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
   return item;
 }
@@ -86,14 +88,14 @@ void MergeSummarySheet::addGroup(QTreeWidget &tree, const MergedGroup &group) co
                              ? words("CopiesOne")
                              : localizedMessage(QStringLiteral("MergeSummary-Copies"), group.unkept.size());
   QTreeWidgetItem *top = line(nullptr, group.title, group.complete ? copies : words("NotFinished"),
-                              sum > 0 ? MergeSummary::size(sum) : QString());
+                              sum > 0 ? sizeText(sum) : QString());
   tree.addTopLevelItem(top);
   line(top, group.keptPath, words("Kept"), {});
   for (const MergedGroup::Unkept &file : group.unkept) {
-    const QString bytes = file.bytes > 0 ? MergeSummary::size(file.bytes) : QString();
+    const QString bytes = file.bytes > 0 ? sizeText(file.bytes) : QString();
     QTreeWidgetItem *item =
-        line(top, file.path.isEmpty() ? file.pid : file.path, MergeSummary::words(file.fate), bytes);
-    if (!file.newPath.isEmpty()) item->setToolTip(1, file.newPath.toHtmlEscaped());
+        line(top, file.path.isEmpty() ? file.pid : file.path, MergeSummary::words(file), bytes);
+    if (!file.newPath.isEmpty()) item->setToolTip(1, toolTips::fromPlainText(file.newPath));
   }
   if (group.playlists.isEmpty()) return;
   line(top,
@@ -110,7 +112,7 @@ QString MergeSummarySheet::plainText() const {
   for (const MergedGroup &group : summary.groups) {
     told << group.title << u'\t' + group.keptPath + u'\t' + words("Kept");
     for (const MergedGroup::Unkept &file : group.unkept)
-      told << u'\t' + file.path + u'\t' + MergeSummary::words(file.fate) + u'\t' + file.newPath;
+      told << u'\t' + file.path + u'\t' + MergeSummary::words(file) + u'\t' + file.newPath;
   }
   return told.join(u'\n');
 }

@@ -1,9 +1,8 @@
 #include "desktop/ProblemColumns.h"
 
-#include <QLocale>
-
 #include "bridge/LocalizedMessage.h"
 #include "scanners/StyledText.h"
+#include "support/SizeText.h"
 #include "values/Keys.h"
 
 namespace {
@@ -70,7 +69,7 @@ QString columnText(const ProblemColumn &column, const Value &value) {
   switch (column.format) {
     case ColumnFormat::Size:
       if (value.toInteger() <= 0) return {};
-      return QLocale().formattedDataSize(value.toInteger(), 1, QLocale::DataSizeSIFormat);
+      return sizeText(value.toInteger());
     case ColumnFormat::Number:
       return value.toInteger() > 0 ? numberOrText(value) : QString();
     case ColumnFormat::Mark:

@@ -1,8 +1,7 @@
 #include "ui/MergeSummary.h"
 
-#include <QLocale>
-
 #include "bridge/LocalizedMessage.h"
+#include "support/SizeText.h"
 
 namespace {
 
@@ -14,13 +13,31 @@ QString counted(const QString &name, qint64 count) {
 
 QString totalsLine(const char *when, const MergeTotals &totals) {
   return localizedMessage(QStringLiteral("MergeSummary-") + QLatin1String(when), totals.tracks, totals.plays,
-                          totals.skips, totals.playlistEntries, totals.files,
-                          MergeSummary::size(totals.bytes));
+                          totals.skips, totals.playlistEntries, totals.files, sizeText(totals.bytes));
 }
 
 QString filesLine(const QString &name, const MergeSummary::Files &files) {
   return localizedMessage(QStringLiteral("MergeSummary-") + name,
-                          counted(QStringLiteral("Files"), files.count), MergeSummary::size(files.bytes));
+                          counted(QStringLiteral("Files"), files.count), sizeText(files.bytes),
+                          localizedMessage(QStringLiteral("UnkeptPlaylist")));
+}
+
+/// The names as far as they fit into a few lines; the groups tell them all.
+QString playlistsLine(const QStringList &names) {
+  constexpr qsizetype kMost = 10, kLongest = 60;
+  QStringList shown;
+  for (const QString &name : names.first(qMin(names.size(), kMost))) {
+    const QString line = name.simplified();
+    shown << (line.size() > kLongest ? line.left(kLongest) + u'…' : line);
+  }
+  const QString list = shown.join(QStringLiteral(", "));
+  return names.size() > kMost
+             ? localizedMessage(QStringLiteral("MergeSummary-PlaylistsMore"), list, names.size() - kMost)
+             : localizedMessage(QStringLiteral("MergeSummary-Playlists"), list);
+}
+
+bool isInFolder(const MergedGroup::Unkept &file) {
+  return file.fate == UnkeptFate::Moved || file.fate == UnkeptFate::AlreadyInFolder;
 }
 
 }  // namespace
@@ -36,7 +53,7 @@ MergeSummary::MergeSummary(const MergeReport::Contents &report)
     for (const MergedGroup::Unkept &file : group.unkept) {
       if (file.removed) ++removedTracks;
       if (file.fate == UnkeptFate::Trashed) note(&trashed, file);
-      if (file.fate == UnkeptFate::Moved || file.fate == UnkeptFate::AlreadyInFolder) note(&moved, file);
+      if (isInFolder(file) && file.leftLibrary) note(&moved, file);
       if (file.fate == UnkeptFate::Deleted) note(&deleted, file);
       if (file.fate == UnkeptFate::Collected) note(&collected, file);
       if (file.fate == UnkeptFate::Shared) note(&shared, file);
@@ -50,9 +67,11 @@ MergeSummary::MergeSummary(const MergeReport::Contents &report)
 QString MergeSummary::headline() const {
   QStringList parts{counted(QStringLiteral("Groups"), mergedGroups)};
   if (trashed.count > 0)
-    parts << localizedMessage(QStringLiteral("MergeSummary-InTrash"), size(trashed.bytes));
-  if (moved.count > 0) parts << localizedMessage(QStringLiteral("MergeSummary-InFolder"), size(moved.bytes));
-  if (deleted.count > 0) parts << localizedMessage(QStringLiteral("MergeSummary-Freed"), size(deleted.bytes));
+    parts << localizedMessage(QStringLiteral("MergeSummary-InTrash"), sizeText(trashed.bytes));
+  if (moved.count > 0)
+    parts << localizedMessage(QStringLiteral("MergeSummary-InFolder"), sizeText(moved.bytes));
+  if (deleted.count > 0)
+    parts << localizedMessage(QStringLiteral("MergeSummary-Freed"), sizeText(deleted.bytes));
   if (!failures.empty()) parts << counted(QStringLiteral("Failures"), qint64(failures.size()));
   return parts.join(QStringLiteral(", "));
 }
@@ -65,19 +84,15 @@ QStringList MergeSummary::lines() const {
   if (collected.count > 0) told << filesLine(QStringLiteral("Collected"), collected);
   if (shared.count > 0) told << counted(QStringLiteral("Shared"), shared.count);
   if (removedTracks > 0) told << counted(QStringLiteral("Removed"), removedTracks);
-  if (!playlists.isEmpty())
-    told << localizedMessage(QStringLiteral("MergeSummary-Playlists"), playlists.join(QStringLiteral(", ")));
+  if (!playlists.isEmpty()) told << playlistsLine(playlists);
   if (unfinishedGroups > 0) told << counted(QStringLiteral("Unfinished"), unfinishedGroups);
   if (before && after) told << totalsLine("Before", *before) << totalsLine("After", *after);
   return told;
 }
 
-QString MergeSummary::size(qint64 bytes) {
-  return QLocale().formattedDataSize(bytes, bytes < 1000 ? 0 : 1, QLocale::DataSizeSIFormat);
-}
-
-QString MergeSummary::words(UnkeptFate fate) {
-  switch (fate) {
+QString MergeSummary::words(const MergedGroup::Unkept &file) {
+  if (isInFolder(file) && !file.leftLibrary) return localizedMessage(QStringLiteral("MergeFate-Copied"));
+  switch (file.fate) {
     case UnkeptFate::Trashed:
       return localizedMessage(QStringLiteral("MergeFate-Trashed"));
     case UnkeptFate::Moved:

@@ -13,6 +13,7 @@ struct MergeSummary {
   /// Groups that the merge left before all was done.
   qint64 unfinishedGroups = 0;
   qint64 removedTracks = 0;
+  /// Copies in the folder count as moved only where the file is no longer the library's.
   Files trashed, moved, deleted, collected, shared;
   /// The names of the playlists that were changed, each once, in the order of their change.
   QStringList playlists;
@@ -25,15 +26,11 @@ struct MergeSummary {
 
   /// A merge that was cancelled or refused before it did anything.
   bool isEmpty() const { return groups.empty() && failures.empty(); }
-  /// The bytes that no longer lie among the music.
-  qint64 wonBytes() const { return trashed.bytes + moved.bytes + deleted.bytes; }
   /// One line: "12 groups merged, 340 MB put in the Trash".
   QString headline() const;
   /// Lines that tell of files, tracks and playlists, and of the library before and after.
   QStringList lines() const;
 
-  /// A number of bytes as people read it.
-  static QString size(qint64 bytes);
   /// What became of a file, in a few words.
-  static QString words(UnkeptFate fate);
+  static QString words(const MergedGroup::Unkept &file);
 };

@@ -15,7 +15,7 @@ class Summary : public TestPlatform {
       MergedGroup::Unkept file;
       file.fate = fate;
       file.bytes = bytes;
-      file.removed = fate != UnkeptFate::Collected;
+      file.removed = file.leftLibrary = fate != UnkeptFate::Collected;
       made.unkept.push_back(file);
     }
     return made;
@@ -44,6 +44,24 @@ TEST_F(Summary, TheHeadlineTellsWhatBecameOfWhichFiles) {
       {{{unfinished}, {}, {}, {}}, "0 groups merged"},
   };
   for (const auto &one : cases) EXPECT_EQ(MergeSummary(one.report).headline().toStdString(), one.headline);
+}
+
+TEST_F(Summary, ACopyWhoseTrackCouldNotBeRemovedIsNoMovedFile) {
+  MergedGroup failed = group({{UnkeptFate::Moved, 900}, {UnkeptFate::AlreadyInFolder, 1}});
+  for (MergedGroup::Unkept &file : failed.unkept) file.removed = file.leftLibrary = false;
+  const MergeSummary summary({{failed}, {}, {}, {}});
+  EXPECT_EQ(summary.moved.count, 0);
+  EXPECT_EQ(summary.headline(), u"1 group merged"_qs);
+  const MergedGroup moved = group({{UnkeptFate::Moved, 900}});
+  EXPECT_NE(MergeSummary::words(failed.unkept[0]), MergeSummary::words(moved.unkept[0]));
+}
+
+TEST_F(Summary, OfHundredsOfPlaylistsTenAreNamed) {
+  QStringList names;
+  for (int i = 0; i < 300; ++i) names << QStringLiteral("List %1 ").arg(i) + QString(250, u'x');
+  const QString line = MergeSummary({{group({}, names)}, {}, {}, {}}).lines().value(0);
+  EXPECT_TRUE(line.endsWith(u" and 290 more."_qs)) << line.toStdString();
+  EXPECT_LT(line.size(), 1000);
 }
 
 TEST_F(Summary, APlaylistOfSeveralGroupsIsNamedOnceAndOnlyRemovedTracksCount) {
