@@ -10,6 +10,7 @@
 #include "desktop/NoteStrip.h"
 #include "desktop/ProblemWindow.h"
 #include "desktop/SecondaryLabel.h"
+#include "desktop/ToolTips.h"
 
 namespace {
 constexpr int kSteps = 10'000;
@@ -50,7 +51,8 @@ void ProgressPanel::setQuote(const QString &quote) {
 
 void ProgressPanel::setSubText(const QString &found) {
   subLabel->setText(subLabel->fontMetrics().elidedText(found, Qt::ElideMiddle, kTextWidth));
-  subLabel->setToolTip(found);
+  subLabel->setToolTip(toolTips::fromPlainText(found));
+  repaint();
 }
 
 void ProgressPanel::setIndeterminate(bool indeterminate) {
@@ -73,10 +75,12 @@ void ProgressPanel::updateBar() {
   bar->setRange(0, isIndeterminate ? 0 : kSteps);
   const double share = maximum > 0 ? value / maximum : 0.0;
   if (!isIndeterminate) bar->setValue(int(qBound(0.0, share, 1.0) * kSteps));
+  repaint();
 }
 
 void ProgressPanel::setCancelEnabled(bool enabled) {
   cancel->setEnabled(enabled);
+  repaint();
 }
 
 void ProgressPanel::setWarningVisible(bool visible) {

@@ -4,6 +4,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTextDocument>
 #include <QTreeWidget>
 
 #include "support/Preferences.h"
@@ -20,6 +21,19 @@ class MergeWindow : public DesktopFixture {
   void markAll() {
     application.doAutomark();
     view.validateProblemUI();
+  }
+  /// How often a widget is painted while something is done, without any turn of the event loop.
+  static int paintsDuring(QWidget *widget, const std::function<void()> &done) {
+    struct Counter : QObject {
+      int paints = 0;
+      bool eventFilter(QObject *, QEvent *event) override {
+        paints += event->type() == QEvent::Paint;
+        return false;
+      }
+    } counter;
+    widget->installEventFilter(&counter);
+    done();
+    return counter.paints;
   }
   static Alert question(int safeButton) {
     Alert alert;
@@ -93,6 +107,30 @@ TEST_F(MergeWindow, TheBarNeverGoesBackAndTheSheetLeavesTheWorkInSight) {
   EXPECT_EQ(table().verticalScrollBar()->value(), 0);
 }
 
+TEST_F(MergeWindow, CancelingIsSeenAlthoughTheMainThreadIsHeldUpNext) {
+  showDuplicates(3);
+  view.beginProgressSheet();
+  settle();
+  auto *bar = find<QWidget>(progressSheet(), QStringLiteral("progressBar"));
+  auto *line = find<QWidget>(progressSheet(), QStringLiteral("progressSubText"));
+  auto *cancel = find<QWidget>(progressSheet(), QStringLiteral("progressCancel"));
+  EXPECT_GT(paintsDuring(line, [this] { view.setProgressSubText(QStringLiteral("Canceling…")); }), 0);
+  EXPECT_GT(paintsDuring(bar, [this] { view.setProgressIndeterminate(false); }), 0);
+  EXPECT_GT(paintsDuring(cancel, [this] { view.setCancelEnabled(false); }), 0);
+}
+
+TEST_F(MergeWindow, TheTableIsTheUsersAgainWhenALoadOrAScanHasEnded) {
+  showDuplicates(60);
+  application.doAutomark();
+  for (const bool isLoad : {true, false}) {
+    view.scrollToTop(ProblemTab::Duplicates, 0);
+    isLoad ? view.libraryDidLoad(1) : view.scanDidEnd();
+    table().verticalScrollBar()->setValue(100);
+    view.restoreSelection();
+    EXPECT_EQ(table().verticalScrollBar()->value(), 100);
+  }
+}
+
 TEST_F(MergeWindow, AMergeThatDidSomethingIsToldInALineThatOpens) {
   showDuplicates(3);
   auto *note = find<QWidget>(view.problemWindow(), QStringLiteral("mergeNote"));
@@ -103,14 +141,19 @@ TEST_F(MergeWindow, AMergeThatDidSomethingIsToldInALineThatOpens) {
   group.title = QStringLiteral("An Artist \"A Song\"");
   group.unkept.push_back({});
   state().merge.report.addGroup(group);
-  state().merge.report.addFailure({group.title, {}, QStringLiteral("a reason")});
+  state().merge.report.addFailure({QStringLiteral("Simon & Garfunkel"), {}, QStringLiteral("a reason")});
   view.mergeDidEnd();
   EXPECT_TRUE(note->isVisible());
   find<QPushButton>(note, QStringLiteral("MergeSummary-Details"))->click();
   ASSERT_TRUE(sheet());
   auto *tree = find<QTreeWidget>(sheet(), QStringLiteral("mergeSummaryTree"));
   EXPECT_EQ(tree->topLevelItemCount(), 2);
-  EXPECT_EQ(tree->topLevelItem(0)->child(0)->text(1), QStringLiteral("a reason"));
+  const QTreeWidgetItem *problem = tree->topLevelItem(0)->child(0);
+  EXPECT_EQ(problem->text(1), QStringLiteral("a reason"));
+  QTextDocument shown;
+  Qt::mightBeRichText(problem->toolTip(0)) ? shown.setHtml(problem->toolTip(0))
+                                           : shown.setPlainText(problem->toolTip(0));
+  EXPECT_EQ(shown.toPlainText(), QStringLiteral("Simon & Garfunkel")) << "letter for letter";
   sheet()->choose(0);
   settle();
   find<QPushButton>(note, QStringLiteral("MergeSummary-Dismiss"))->click();
