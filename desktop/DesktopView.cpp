@@ -311,14 +311,20 @@ void DesktopView::followMerge() {
 
 QString DesktopView::chooseFolder(const QString &message, const QString &startPath) {
   QWidget *host = preferences->isActiveWindow() ? static_cast<QWidget *>(preferences.get()) : window.get();
-  return QFileDialog::getExistingDirectory(host, message, startPath);
+  QFileDialog dialog(host, message, startPath);
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  dialog.setLabelText(QFileDialog::Accept, localizedMessage(QStringLiteral("ChooseUnkeptDirPrompt")));
+  return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 void DesktopView::scanDidEnd() {
+  isFollowing = false;
   window->validate();
 }
 
 void DesktopView::libraryDidLoad(qsizetype) {
+  isFollowing = false;
   window->hideMergeNote();
   window->validate();
 }

@@ -91,5 +91,7 @@ class DesktopView : public ProblemView {
   std::unique_ptr<PreferencesWindow> preferences;
   std::unique_ptr<ProgressPanel> progress;
   std::vector<QPointer<SheetDialog>> sheets;
+  /// The table was scrolled for a merge that has not ended; a load or a scan ends it too, as then the merge's
+  /// own end may never be told.
   bool isFollowing = false;
 };

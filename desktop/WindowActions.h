@@ -15,7 +15,6 @@ struct WindowActions {
   std::function<void()> showAbout;
   std::function<void()> showLog;
   std::function<void()> quit;
-  std::function<void()> cancelOperation;
   /// The commands of the table of duplicates.
   std::function<void()> automark;
   std::function<void()> unmark;

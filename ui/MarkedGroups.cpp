@@ -10,12 +10,17 @@ qint64 groupOf(const Array &rows, qsizetype row) {
 
 }  // namespace
 
-MarkedGroups::Range MarkedGroups::groupAround(const Array &rows, qsizetype row) {
-  Range group{row, row + 1};
-  const qint64 number = groupOf(rows, row);
-  while (group.first > 0 && groupOf(rows, group.first - 1) == number) --group.first;
+MarkedGroups::Range MarkedGroups::groupFrom(const Array &rows, qsizetype first) {
+  Range group{first, first + 1};
+  const qint64 number = groupOf(rows, first);
   while (group.end < rows.size() && groupOf(rows, group.end) == number) ++group.end;
   return group;
+}
+
+MarkedGroups::Range MarkedGroups::groupAround(const Array &rows, qsizetype row) {
+  const qint64 number = groupOf(rows, row);
+  while (row > 0 && groupOf(rows, row - 1) == number) --row;
+  return groupFrom(rows, row);
 }
 
 bool MarkedGroups::isMarked(const Array &rows, Range group) {
@@ -32,26 +37,16 @@ void MarkedGroups::count(const Array &rows) {
   counted = rows;
   countedRows = rows.size();
   marked = 0;
-  qint64 number = 0;
-  bool info = false, audio = false;
-  for (qsizetype i = 0; i < countedRows; ++i) {
-    const Dictionary &row = rows.at(i).toDictionary();
-    const qint64 own = row.value(keys::DupeGroup).toInteger();
-    if (i == 0 || own != number) info = audio = false;
-    number = own;
-    const bool wasMarked = info && audio;
-    info = info || row.value(keys::markInfo).toBool();
-    audio = audio || row.value(keys::markAudio).toBool();
-    if (!wasMarked && info && audio) ++marked;
+  for (Range group; group.end < countedRows;) {
+    group = groupFrom(rows, group.end);
+    marked += isMarked(rows, group);
   }
 }
 
 std::optional<qsizetype> MarkedGroups::firstOf(const Array &rows) {
-  for (qsizetype i = 0; i < rows.size();) {
-    Range group{i, i + 1};
-    while (group.end < rows.size() && groupOf(rows, group.end) == groupOf(rows, i)) ++group.end;
-    if (isMarked(rows, group)) return i;
-    i = group.end;
+  for (Range group; group.end < rows.size();) {
+    group = groupFrom(rows, group.end);
+    if (isMarked(rows, group)) return group.first;
   }
   return std::nullopt;
 }

@@ -29,6 +29,8 @@ class MarkedGroups {
   void groupDidChange(const Array &rows, Range group);
 
  private:
+  /// The group whose first row is told.
+  static Range groupFrom(const Array &rows, qsizetype first);
   static bool isMarked(const Array &rows, Range group);
 
   /// Held, so that its identity cannot pass to another list.
