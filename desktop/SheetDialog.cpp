@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "desktop/Colours.h"
@@ -13,6 +15,8 @@
 
 namespace {
 constexpr int kPictureSide = 48;
+/// A text is never cut below this, about fifteen lines, however small the window is.
+constexpr int kLeastTextHeight = 260;
 }  // namespace
 
 SheetDialog::SheetDialog(QWidget *attachedTo)
@@ -20,6 +24,7 @@ SheetDialog::SheetDialog(QWidget *attachedTo)
       picture(new QLabel),
       title(new QLabel),
       text(new QLabel),
+      textArea(new QScrollArea),
       column(new QVBoxLayout),
       buttonRow(new QHBoxLayout) {
   setWindowModality(Qt::WindowModal);
@@ -33,10 +38,16 @@ SheetDialog::SheetDialog(QWidget *attachedTo)
     label->setTextFormat(Qt::PlainText);
   }
   text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  text->hide();
+  textArea->setWidget(text);
+  text->setAutoFillBackground(false);
+  textArea->viewport()->setAutoFillBackground(false);
+  textArea->setFrameShape(QFrame::NoFrame);
+  textArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  textArea->setFocusPolicy(Qt::NoFocus);
+  textArea->hide();
   column->setSpacing(10);
   column->addWidget(title);
-  column->addWidget(text);
+  column->addWidget(textArea);
   buttonRow->addStretch();
   picture->setFixedSize(kPictureSide, kPictureSide);
   picture->hide();
@@ -65,7 +76,19 @@ void SheetDialog::setTitle(const QString &newTitle) {
 
 void SheetDialog::setText(const QString &newText) {
   text->setText(newText);
-  text->setVisible(!newText.isEmpty());
+  text->resize(kTextWidth, text->heightForWidth(kTextWidth));
+  textArea->setFixedSize(text->size());
+  textArea->setVisible(!newText.isEmpty());
+}
+
+void SheetDialog::fitText() {
+  const QWidget *host = parentWidget() ? parentWidget()->window() : nullptr;
+  if (!host || textArea->isHidden()) return;
+  const int tooMuch = topOn(*host) + height() - host->height();
+  const int shown = qMax(qMin(text->height(), kLeastTextHeight), text->height() - tooMuch);
+  if (tooMuch <= 0 || shown == text->height()) return;
+  textArea->setFixedSize(kTextWidth + textArea->verticalScrollBar()->sizeHint().width(), shown);
+  adjustSize();
 }
 
 QFontMetrics SheetDialog::titleMetrics() const {
@@ -85,6 +108,7 @@ QPushButton *SheetDialog::addButton(const QString &label, int index) {
 
 void SheetDialog::begin() {
   adjustSize();
+  fitText();
   place();
   show();
   raise();

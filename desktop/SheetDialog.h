@@ -6,6 +6,7 @@ class QCheckBox;
 class QHBoxLayout;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QVBoxLayout;
 
 /// A sheet: modal to its window and hanging from its upper edge. A picture, a bold title, a text, whatever
@@ -49,9 +50,13 @@ class SheetDialog : public QDialog {
   bool eventFilter(QObject *watched, QEvent *event) override;
 
  private:
+  /// A text that would reach below the window is scrolled.
+  void fitText();
+
   QLabel *picture;
   QLabel *title;
   QLabel *text;
+  QScrollArea *textArea;
   QVBoxLayout *column;
   QHBoxLayout *buttonRow;
   int escapeIndex = 0;

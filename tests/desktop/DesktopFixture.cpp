@@ -31,21 +31,19 @@ class OffscreenApplication : public ::testing::Environment {
 
 const auto *const environment = ::testing::AddGlobalTestEnvironment(new OffscreenApplication);
 
-QString trackXml(int id, const QString &name, const QString &file, int bitRate) {
-  return QStringLiteral(
-             "<key>%1</key><dict><key>Persistent "
-             "ID</key><string>%2</string><key>Name</key><string>%3</string>"
-             "<key>Artist</key><string>The Artist</string><key>Album</key><string>Album %4</string>"
-             "<key>Kind</key><string>MPEG audio file</string><key>Total Time</key><integer>%5</integer>"
-             "<key>Size</key><integer>4821000</integer><key>Bit Rate</key><integer>%6</integer>"
-             "<key>Year</key><integer>1987</integer><key>Location</key><string>file://%7</string></dict>\n")
-      .arg(id)
-      .arg(id, 16, 16, QChar(u'0'))
-      .arg(name)
-      .arg(id % 3)
-      .arg(180000 + id / 2 * 1000)
-      .arg(bitRate)
-      .arg(file);
+Dictionary makeTrack(int id, const QString &file) {
+  const Dictionary track = Dictionary::make();
+  track.set(keys::PersistentID, QStringLiteral("%1").arg(id, 16, 16, QChar(u'0')));
+  track.set(keys::Name, QStringLiteral("Song %1").arg(id / 2));
+  track.set(keys::Artist, QStringLiteral("The Artist"));
+  track.set(keys::Album, QStringLiteral("Album %1").arg(id % 3));
+  track.set(keys::Kind, QStringLiteral("MPEG audio file"));
+  track.set(keys::TotalTime, 180000 + id / 2 * 1000);
+  track.set(keys::Size, 4821000);
+  track.set(keys::BitRate, id % 2 == 0 ? 192 : 256);
+  track.set(keys::Year, 1987);
+  track.set(keys::Location, QStringLiteral("file://") + file);
+  return track;
 }
 
 }  // namespace
@@ -103,19 +101,21 @@ DesktopFixture::~DesktopFixture() {
 }
 
 void DesktopFixture::writeLibrary(int songs) {
-  QString tracks;
+  const Dictionary tracks = Dictionary::make();
   for (int i = 0; i < songs * 2 + 1; ++i) {
     const QString file =
         writeFile(QStringLiteral("home/Music/iTunes/iTunes Media/Music/%1.mp3").arg(i), "audio");
-    tracks += trackXml(i, QStringLiteral("Song %1").arg(i / 2), file, i % 2 == 0 ? 192 : 256);
+    tracks.set(Key(QString::number(i)), makeTrack(i, file));
   }
-  const QString xml =
-      QStringLiteral(
-          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
-          "<key>Music Folder</key><string>file://%1/</string><key>Tracks</key><dict>\n%2</dict>\n"
-          "<key>Playlists</key><array></array></dict>\n</plist>\n")
-          .arg(folder(QStringLiteral("home/Music/iTunes/iTunes Media")), tracks);
-  writeFile(QStringLiteral("home/Music/iTunes/iTunes Music Library.xml"), xml.toUtf8());
+  const Dictionary root = Dictionary::make();
+  root.set(keys::MusicFolder,
+           QStringLiteral("file://%1/").arg(folder(QStringLiteral("home/Music/iTunes/iTunes Media"))));
+  root.set(keys::Tracks, tracks);
+  root.set(keys::Playlists, Array::make());
+  QString error;
+  writeFile(QStringLiteral("home/Music/iTunes/iTunes Music Library.xml"),
+            platform().propertyLists->write(root, SystemPropertyList::Format::Xml, &error));
+  EXPECT_EQ(error, QString());
 }
 
 void DesktopFixture::launch() {

@@ -86,10 +86,8 @@ TEST_F(Marks, CommandsMarkTheGroupsOfTheSelectionOrAll) {
   table().clearSelection();
   QTest::keyClick(view.problemWindow(), Qt::Key_M, Qt::ControlModifier);
   EXPECT_GT(marks().size(), oneGroup.size());
-  EXPECT_TRUE(application.problemTables().validateProblemUI(true).merge);
   QTest::mouseClick(button("Unmark"), Qt::LeftButton);
   EXPECT_EQ(marks(), "");
-  EXPECT_FALSE(application.problemTables().validateProblemUI().merge);
 }
 
 TEST_F(Marks, NotDuplicatesAsksAndTakesTheRowsAway) {

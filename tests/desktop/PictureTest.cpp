@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QPushButton>
 #include <QTabWidget>
 
 #include "desktop/Colours.h"
@@ -86,12 +87,18 @@ TEST_P(Pictures, OfSheetsAndPreferences) {
   take(sheet(), "explain");
   view.endAllSheets();
   view.beginSheet({u"K"_qs,
-                   u"Is this really your media folder?"_qs,
-                   u"A text of two sentences. It is long enough to be broken into several lines."_qs,
-                   {u"Choose Folder…"_qs, u"Ignore"_qs, u"Do Not Remind Me"_qs},
+                   u"Some playlists are too long to keep their order"_qs,
+                   u"A line\n"_qs.repeated(40),
+                   {u"Cancel"_qs, u"Merge Anyway"_qs},
                    true},
                   {});
+  EXPECT_LE(sheet()->height(), view.problemWindow()->height()) << "a long list is scrolled";
   take(sheet(), "alert");
+  view.endAllSheets();
+  state().merge.report.addFailure({u"An Artist \"A Song\""_qs, u"/music/a.mp3"_qs, u"a reason"_qs});
+  view.mergeDidEnd();
+  find<QPushButton>(view.problemWindow(), u"MergeSummary-Details"_qs)->click();
+  take(sheet(), "merge-summary");
   view.endAllSheets();
   view.setLibraryPaths(
       u"/home/someone/Music/iTunes"_qs,
@@ -99,7 +106,7 @@ TEST_P(Pictures, OfSheetsAndPreferences) {
   view.setLibrarySongCount(u"12,345 in the library"_qs);
   for (const int group : {0, 1, 2}) view.setSettingsNoteVisible(group, true);
   prefs::set(prefs::preferAudioData15, 4);
-  for (const char *tab : {"library", "dupe", "marks", "names"}) {
+  for (const char *tab : {"library", "dupe", "marks", "names", "merge"}) {
     view.revealPreferences(QLatin1String(tab));
     take(view.preferencesWindow(), (std::string("preferences-") + tab).c_str());
   }

@@ -46,7 +46,6 @@ TEST_F(ScanWindow, ExplainsDuplicatesUntilToldNotTo) {
   launch();
   ASSERT_TRUE(sheet());
   EXPECT_TRUE(view.hasSheet());
-  picture(sheet(), u"sheet-explain"_qs);
   find<QCheckBox>(sheet(), prefs::explainedDuplicates)->click();
   QTest::keyClick(sheet(), Qt::Key_Escape);
   EXPECT_TRUE(prefs::isTrue(prefs::explainedDuplicates));
@@ -66,7 +65,6 @@ TEST_F(ScanWindow, CancelEndsTheScanAndKeepsWhatWasFound) {
   ASSERT_TRUE(progressSheet());
   EXPECT_TRUE(view.hasSheet());
   EXPECT_EQ(find<QLabel>(progressSheet(), u"progressSubText"_qs)->text(), u"8 duplicates"_qs);
-  picture(progressSheet(), u"sheet-progress"_qs);
   auto *note = find<QWidget>(view.preferencesWindow(), u"Prefs-AutomarkChanged"_qs);
   note->findChild<QPushButton *>()->click();
   EXPECT_TRUE(table().rows().row(0).value(keys::markAudio).isNull() &&

@@ -136,27 +136,6 @@ TEST_F(ProblemTablesTest, ValuesAreWorkedOutOnceAndYearsAreTexts) {
   EXPECT_TRUE(value(keys::Year, -1).isNull());
 }
 
-TEST_F(ProblemTablesTest, ADoubleClickTakesTheSpellingUnderIt) {
-  addName(keys::RKIsArtistMatched.text(), {u"the who"_qs, u"The Who"_qs}, u"The Who"_qs);
-  const Dictionary row = state.lists.mInconsistentNameDicts.at(0).toDictionary();
-  const auto shown = [this] {
-    return plainText(styledTextOfValue(
-        tables.tableViewObjectValueForTableColumnRow(ProblemTab::Names, keys::calc_inconsistentName, 0)));
-  };
-  EXPECT_EQ(shown(), u"[The Who], the who"_qs);
-  const InconNameController::Layout layout = [](const StyledText &, float x) -> std::optional<qsizetype> {
-    return x < 0 ? std::nullopt : std::optional<qsizetype>(qsizetype(x));
-  };
-  tables.tableDidMouseDownWithEvent(0, 13, layout);
-  EXPECT_EQ(shown(), u"[The Who], the who"_qs) << "another tab is shown";
-  view.tab = ProblemTab::Names;
-  for (const float x : {9.0f, -1.0f, 99.0f}) tables.tableDidMouseDownWithEvent(0, x, layout);
-  EXPECT_EQ(row.value(keys::inconPref).toText(), u"The Who"_qs) << "a comma, before and behind the line";
-  tables.tableDidMouseDownWithEvent(0, 13, layout);
-  EXPECT_EQ(shown(), u"The Who, [the who]"_qs);
-  EXPECT_EQ(view.reloads[int(ProblemTab::Names)], 1);
-}
-
 TEST_F(ProblemTablesTest, SpellingsThatLookAlikeAreToldApart) {
   const QString hidden = u"AB\u200BA"_qs, composed = u"\u00e9"_qs, accent = u"e\u0301"_qs;
   addName(keys::RKIsArtistMatched.text(),

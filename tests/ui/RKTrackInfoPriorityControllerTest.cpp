@@ -47,10 +47,3 @@ TEST_F(Priorities, StepsStopAtTheEnds) {
   EXPECT_EQ(order(), "0213");
   EXPECT_EQ(changes, 1);
 }
-
-TEST_F(Priorities, EveryCriterionHasAText) {
-  for (char number = '0'; number < '8'; ++number) {
-    const QString text = RKTrackInfoPriorityController::textOf(QString(QLatin1Char(number)));
-    EXPECT_FALSE(text.startsWith(u"PreferInfo"_qs)) << number;
-  }
-}
