@@ -123,6 +123,40 @@ TEST_F(KeeperLibrary, TracksAndPlaylistsComeWholeAndInOrder) {
   EXPECT_EQ(survey->playlists[0].pid, mine);
 }
 
+TEST_F(KeeperLibrary, ATrackIsWhatTheLibrarysFileSaysOfIt) {
+  openStore();
+  const TrackRow whole = addTrack(u"One"_qs, [](const Dictionary &keys) {
+    using namespace keys;
+    for (const Key text : {SortName, SortArtist, Album, SortAlbum, AlbumArtist, SortAlbumArtist, Composer,
+                           SortComposer, Genre, keys::Kind, Comments, ContentRating})
+      keys.set(text, u"the "_qs + text.text());
+    double seconds = 4.0;
+    for (const Key date : {DateAdded, DateModified, ReleaseDate, SkipDate, PlayDateUTC})
+      keys.set(date, Date{++seconds});
+    keys.set(PlayDate, 9);
+    int number = 40;
+    for (const Key amount : {TrackNumber, TrackCount, DiscNumber, DiscCount, TotalTime, Year, BitRate,
+                             SampleRate, PlayCount, Rating, Size})
+      keys.set(amount, ++number);
+    for (const Key mark : {Compilation, HasVideo}) keys.set(mark, true);
+  });
+  const auto direct = [](const QString &pid) { return tracks().value(Key(pid)).toDictionary(); };
+  const Dictionary record = store.tracks().record(whole), read = direct(pidOf(whole));
+  EXPECT_EQ(read.size(), record.size() - 1) << "all but the number of the track";
+  for (const DictionaryEntry &entry : record) {
+    if (entry.key == keys::TrackID) continue;
+    EXPECT_TRUE(isEqual(read.value(entry.key), entry.value)) << entry.key.text().toStdString();
+  }
+  for (const QString &type : {u"URL"_qs, u"Remote"_qs}) {
+    const QString pid = pidOf(addTrack(type, [&](const Dictionary &keys) {
+      keys.set(keys::TrackType, type);
+      keys.set(keys::Size, 9);
+    }));
+    EXPECT_EQ(direct(pid).value(keys::TrackType).toText(), type);
+    EXPECT_EQ(direct(pid).size(), 4) << "no place and no size: a name, an artist, a type, an ID";
+  }
+}
+
 TEST_F(KeeperLibrary, TracksAndPlaylistsAreOfOneMoment) {
   struct Interrupted : KeeperLibraryFramework {
     using KeeperLibraryFramework::KeeperLibraryFramework;

@@ -147,4 +147,7 @@ TEST_F(KilledKeeper, LeavesTheOldLibraryOrTheNewOneWhenItImportsAndTheOldFileOrT
     ASSERT_TRUE(xml.endsWith("</plist>\n") && (exported == counts[0] || exported == counts[1])) << exported;
     if (now == counts[to]) before = to;
   }
+  ASSERT_EQ(runToEnd(arguments(before)), 0);
+  EXPECT_FALSE(QFile::exists(path(QStringLiteral("out (before Music Keeper).xml"))))
+      << "an export that was killed is no other program's file";
 }
