@@ -13,7 +13,8 @@ namespace {
 bool isTold(const Alert &problem, const std::vector<MergeFailure> &failures) {
   return std::any_of(failures.begin(), failures.end(), [&](const MergeFailure &failure) {
     return (!failure.path.isEmpty() && problem.message.contains(failure.path)) ||
-           (!failure.reason.isEmpty() && problem.message.contains(failure.reason));
+           (!failure.reason.isEmpty() && problem.message.contains(failure.reason)) ||
+           failure.reason.startsWith(problem.title);
   });
 }
 
