@@ -6,7 +6,6 @@
 #include "tests/bridge/BridgeFixture.h"
 #include "tests/fixtures/MemoryLibrary.h"
 #include "values/Keys.h"
-#include "values/PersistentID.h"
 
 namespace {
 
@@ -78,80 +77,6 @@ QStringList linesOf(const Dictionary &dictionary) {
 }
 
 }  // namespace
-
-TEST(LibraryMapping, IdentifiersHaveSixteenDigits) {
-  EXPECT_EQ(hexPersistentID(255), u"00000000000000FF"_qs);
-  EXPECT_EQ(hexPersistentID(~quint64(0)), u"FFFFFFFFFFFFFFFF"_qs);
-}
-
-TEST(LibraryMapping, ATrackHasWhatItsSourceHasAndNoMore) {
-  LibraryMediaItem full;
-  full.persistentID = 0xAB;
-  full.artistName = u"A"_qs, full.artistSortName = u"sA"_qs;
-  full.albumTitle = u"B"_qs, full.albumSortTitle = u"sB"_qs;
-  full.albumArtist = u"C"_qs, full.albumSortAlbumArtist = u"sC"_qs;
-  full.albumTrackCount = 9, full.albumDiscNumber = 1, full.albumDiscCount = 2, full.albumIsCompilation = true;
-  full.title = u"T"_qs, full.sortTitle = u"sT"_qs, full.composer = u"D"_qs, full.sortComposer = u"sD"_qs;
-  full.genre = u"G"_qs, full.kind = u"K"_qs, full.comments = u"M"_qs, full.contentRating = u"R"_qs;
-  full.addedDate = Date{0}, full.modifiedDate = Date{1}, full.releaseDate = Date{2}, full.skipDate = Date{3};
-  full.lastPlayedDate = Date{4.9};
-  full.locationType = LocationType::File, full.location = u"file:///a%20b.mp3"_qs;
-  full.totalTime = 1000, full.year = 1999, full.trackNumber = 3, full.bitrate = 320, full.sampleRate = 44100;
-  full.playCount = 5, full.rating = 80, full.isVideo = true, full.fileSize = 7;
-  const QStringList expected{u"Album Artist=C"_qs,
-                             u"Album=B"_qs,
-                             u"Artist=A"_qs,
-                             u"Bit Rate=320"_qs,
-                             u"Comments=M"_qs,
-                             u"Compilation=true"_qs,
-                             u"Composer=D"_qs,
-                             u"Content Rating=R"_qs,
-                             u"Date Added=2001-01-01T00:00:00Z"_qs,
-                             u"Date Modified=2001-01-01T00:00:01Z"_qs,
-                             u"Disc Count=2"_qs,
-                             u"Disc Number=1"_qs,
-                             u"Genre=G"_qs,
-                             u"Has Video=true"_qs,
-                             u"Kind=K"_qs,
-                             u"Location=file:///a%20b.mp3"_qs,
-                             u"Name=T"_qs,
-                             u"Persistent ID=00000000000000AB"_qs,
-                             u"Play Count=5"_qs,
-                             u"Play Date UTC=2001-01-01T00:00:04Z"_qs,
-                             u"Play Date=4"_qs,
-                             u"Rating=80"_qs,
-                             u"Release Date=2001-01-01T00:00:02Z"_qs,
-                             u"Sample Rate=44100"_qs,
-                             u"Size=7"_qs,
-                             u"Skip Date=2001-01-01T00:00:03Z"_qs,
-                             u"Sort Album Artist=sC"_qs,
-                             u"Sort Album=sB"_qs,
-                             u"Sort Artist=sA"_qs,
-                             u"Sort Composer=sD"_qs,
-                             u"Sort Name=sT"_qs,
-                             u"Total Time=1000"_qs,
-                             u"Track Count=9"_qs,
-                             u"Track Number=3"_qs,
-                             u"Track Type=File"_qs,
-                             u"Year=1999"_qs};
-  EXPECT_EQ(linesOf(iTunesLibInterface::dictionaryOfMediaItem(full)), expected);
-
-  const struct {
-    LocationType type;
-    const char16_t *lines;
-  } bare[] = {{LocationType::File, u"Persistent ID=0000000000000001,Size=0,Track Type=File"},
-              {LocationType::Url, u"Persistent ID=0000000000000001,Track Type=URL"},
-              {LocationType::Remote, u"Persistent ID=0000000000000001,Track Type=Remote"},
-              {LocationType::Unknown, u"Persistent ID=0000000000000001,Track Type=Unknown"}};
-  for (const auto &[type, lines] : bare) {
-    LibraryMediaItem item;
-    item.persistentID = 1;
-    item.locationType = type;
-    item.location = u"http://example.org/stream"_qs;
-    item.fileSize = type == LocationType::File ? 0 : 9;
-    EXPECT_EQ(linesOf(iTunesLibInterface::dictionaryOfMediaItem(item)).join(u','), QString::fromUtf16(lines));
-  }
-}
 
 TEST_F(LibInterface, PlaylistsCarryTheMarksOfTheirKind) {
   using Kind = LibraryPlaylist::Kind;

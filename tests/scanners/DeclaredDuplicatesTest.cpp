@@ -1,5 +1,3 @@
-#include <random>
-
 #include "platform/qt/FilePreferenceStore.h"
 #include "platform/qt/LibplistPropertyList.h"
 #include "tests/scanners/DuplicateGroupsFixture.h"
@@ -22,46 +20,10 @@ class DeclaredDuplicates : public DuplicateGroupsTest {
     }
     return words.join(u' ');
   }
-  void ignoreStepByStep(AppState &other, const QSet<const void *> &chosen);
   DuplicateScanner::IgnoredDuplicates storeOf(AppState &owner) {
     return [&owner](const QString &pid) { return owner.ignoredDuplicates.ignoredDuplicatesForPID(pid); };
   }
 };
-
-/// Takes one row after the other out of the list, group by group.
-void DeclaredDuplicates::ignoreStepByStep(AppState &other, const QSet<const void *> &chosen) {
-  const Array rows = other.lists.mDuplicateSongDicts;
-  const auto remove = [&](const Dictionary &row) {
-    for (qsizetype place = rows.size() - 1; place >= 0; --place) {
-      if (rows.at(place).toDictionary().isSame(row)) rows.removeAt(place);
-    }
-  };
-  for (qint64 group = 9; group > 0; --group) {
-    std::vector<Dictionary> members;
-    const Array pids = Array::make();
-    int selected = 0;
-    for (const Value &row : rows) {
-      if (row.toDictionary().value(keys::DupeGroup).toInteger() == group)
-        members.push_back(row.toDictionary());
-    }
-    for (auto row = members.rbegin(); row != members.rend(); ++row) {
-      if (!chosen.contains(row->identity())) continue;
-      ++selected;
-      if (row->contains(keys::PersistentID)) pids.append(row->value(keys::PersistentID));
-    }
-    if (selected < 2) continue;
-    other.ignoredDuplicates.addIgnoredDuplicatePIDs(pids);
-    const QString first = members.front().value(keys::PersistentID).toText();
-    const QSet<QString> ignored = other.ignoredDuplicates.ignoredDuplicatesForPID(first);
-    for (size_t place = members.size() - 1; place > 0; --place) {
-      const Dictionary row = members[place];
-      if (!ignored.contains(row.value(keys::PersistentID).toText())) continue;
-      members.erase(members.begin() + qsizetype(place));
-      remove(row);
-    }
-    if (members.size() == 1) remove(members.front());
-  }
-}
 
 TEST_F(DeclaredDuplicates, LeaveTheListAsFarAsTheFirstRowIsConcerned) {
   const struct {
@@ -105,6 +67,15 @@ TEST_F(DeclaredDuplicates, EarlierDeclarationsOfTheFirstRowCountToo) {
   EXPECT_EQ(described(list()), QStringLiteral("D2 E2"));
 }
 
+TEST_F(DeclaredDuplicates, ADeclarationOfALaterGroupCountsInAnEarlierOne) {
+  setRows("A1 B1 C1 D1 A2 D2");
+  const Array rows = Array::make();
+  for (const int place : {0, 1, 4, 5}) rows.append(row(place));
+  groups.ignoreRows(rows);
+  EXPECT_EQ(described(list()), QStringLiteral("A1 C1"));
+  EXPECT_EQ(declarations(), QStringLiteral("DA BA"));
+}
+
 TEST_F(DeclaredDuplicates, NothingIsDoneWithoutTwoRowsOfOneGroupOrWithoutConsent) {
   setRows("A1 B1 C2 D2");
   for (const char *selected : {"", "A", "AC"}) {
@@ -126,33 +97,6 @@ TEST_F(DeclaredDuplicates, NothingIsDoneWithoutTwoRowsOfOneGroupOrWithoutConsent
   strangers.append(7);
   EXPECT_EQ(groups.ignoreRows(strangers), 0);
   EXPECT_EQ(declarations(), QString());
-}
-
-TEST_F(DeclaredDuplicates, OnePassLeavesWhatRemovingRowByRowLeaves) {
-  std::mt19937 random{11};
-  AppState other(view);
-  for (int round = 0; round < 500; ++round) {
-    state.lists.mDuplicateSongDicts = Array::make();
-    const Array chosen = Array::make();
-    QSet<const void *> identities;
-    for (int group = 1; group < 10; ++group) {
-      for (quint32 member = 0; member < 2 + random() % 4; ++member) {
-        const QString pid = random() % 8 ? QString(QChar(u'A' + int(random() % 26))) : QString();
-        const Dictionary made = addRow(pid, group);
-        if (random() % 2) continue;
-        chosen.append(made);
-        identities.insert(made.identity());
-      }
-    }
-    other.lists.mDuplicateSongDicts = list().copyMembers(true);
-    state.ignoredDuplicates.clear();
-    other.ignoredDuplicates.clear();
-    groups.ignoreRows(chosen);
-    ignoreStepByStep(other, identities);
-    EXPECT_EQ(described(list()), described(other.lists.mDuplicateSongDicts)) << round;
-    ASSERT_TRUE(isEqual(state.ignoredDuplicates.ignoredDuplicatePIDsArray(),
-                        other.ignoredDuplicates.ignoredDuplicatePIDsArray()));
-  }
 }
 
 TEST_F(DeclaredDuplicates, StayApartInTheNextScanAndInTheNextProcess) {

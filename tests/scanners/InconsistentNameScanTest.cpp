@@ -189,19 +189,6 @@ TEST_F(InconsistentNameScan, RowsAreCompleteAsSoonAsTheyAreSeen) {
   EXPECT_GT(songs, 0);
 }
 
-TEST_F(InconsistentNameScan, AScanTellsItsEndAndItsWork) {
-  for (int number = 0; number < 10; ++number) add({u"Ann"});
-  scan();
-  EXPECT_NEAR(state.operation.mNumberOfComparisons, (10 + 45) / 1000.0, 1.0e-6);
-  EXPECT_TRUE(logContains(QStringLiteral("scanLibraryForInconsistentNamesThread 10 tracks")));
-  EXPECT_TRUE(logContains(QStringLiteral("Completed scanLibraryForInconsistentNamesThread")));
-  state.operation.mCancelOperation = true;
-  state.operation.mCompletedFindInconsistentNames = false;
-  scan();
-  EXPECT_TRUE(logContains(QStringLiteral("CANCELLED scanLibraryForInconsistentNamesThread")));
-  EXPECT_TRUE(state.operation.mCompletedFindInconsistentNames);
-}
-
 TEST_F(InconsistentNameScan, ALongScanTellsHowFarItIs) {
   for (int number = 0; number < 4; ++number) add({u"Ann"});
   scan();
