@@ -150,12 +150,12 @@ void DeclarationParser::addParameter(Handler &handler, QSet<QString> &names) {
 /// `end`, or `end` with the handler's name.
 void DeclarationParser::endOfHandler(const Handler &handler) {
   ScriptCursor &cursor = all.cursor;
-  const QString expected = QStringLiteral("“end %1”").arg(handler.name);
-  if (!cursor.takeWord(u"end")) cursor.failExpected(expected);
+  const auto fail = [&] { cursor.failExpected(QStringLiteral("“end %1”").arg(handler.name)); };
+  if (!cursor.takeWord(u"end")) fail();
   if (cursor.atEndOfStatement()) return;
   const ScriptToken &token = cursor.peek();
   const bool name = token.is(ScriptToken::Kind::Word) || token.is(ScriptToken::Kind::Name);
-  if (!name || token.text != handler.name) cursor.failExpected(expected);
+  if (!name || token.text != handler.name) fail();
   cursor.take();
 }
 

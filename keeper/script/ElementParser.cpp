@@ -1,6 +1,5 @@
 #include "keeper/script/ElementParser.h"
 
-#include <QHash>
 #include <QSet>
 #include <algorithm>
 
@@ -15,24 +14,28 @@ using Selector = Element::Selector;
 struct OrdinalWord {
   Selector selector = Selector::Ordinal;
   qint64 ordinal = 0;
+  int words = 1;
 };
 
-const QHash<QString, OrdinalWord> &ordinalWords() {
-  static const QHash<QString, OrdinalWord> words = [] {
-    QHash<QString, OrdinalWord> all;
-    all.insert(QStringLiteral("every"), {Selector::Every, 0});
-    all.insert(QStringLiteral("some"), {Selector::Some, 0});
-    all.insert(QStringLiteral("middle"), {Selector::Middle, 0});
-    all.insert(QStringLiteral("last"), {Selector::Ordinal, -1});
-    all.insert(QStringLiteral("back"), {Selector::Ordinal, -1});
-    all.insert(QStringLiteral("front"), {Selector::Ordinal, 1});
-    const QString counted =
-        QStringLiteral("first second third fourth fifth sixth seventh eighth ninth tenth");
-    qint64 ordinal = 0;
-    for (const QString &word : counted.split(u' ')) all.insert(word, {Selector::Ordinal, ++ordinal});
-    return all;
-  }();
-  return words;
+ScriptTermTable<OrdinalWord> makeOrdinalWords() {
+  ScriptTermTable<OrdinalWord> all;
+  all[QStringLiteral("every")].selector = Selector::Every;
+  all[QStringLiteral("some")].selector = Selector::Some;
+  all[QStringLiteral("middle")].selector = Selector::Middle;
+  all[QStringLiteral("last")].ordinal = -1;
+  all[QStringLiteral("back")].ordinal = -1;
+  all[QStringLiteral("front")].ordinal = 1;
+  const QString counted = QStringLiteral("first second third fourth fifth sixth seventh eighth ninth tenth");
+  qint64 ordinal = 0;
+  for (const QString &word : counted.split(u' ')) all[word].ordinal = ++ordinal;
+  return all;
+}
+
+/// Null for a token that is none.
+const OrdinalWord *ordinalWord(const ScriptToken &token) {
+  static const ScriptTermTable<OrdinalWord> all = makeOrdinalWords();
+  if (!token.is(ScriptToken::Kind::Word)) return nullptr;
+  return all.longestTerm(token.text, token.hash, [](int, const QString &) { return false; });
 }
 
 /// Kinds of values, of which a list may hold some, but which no key picks: `date "…"` depends on the region
@@ -50,7 +53,7 @@ bool takesKey(const QString &className) {
 bool ElementParser::isOrdinal() {
   const ScriptToken &token = all.cursor.peek();
   if (token.is(ScriptToken::Kind::Ordinal)) return true;
-  if (!token.is(ScriptToken::Kind::Word) || !ordinalWords().contains(token.text)) return false;
+  if (!ordinalWord(token)) return false;
   if (token.reserved) return true;
   // `front` and `back` are names as well, and begin terms: only a class behind them makes them ordinals.
   const ScriptToken &next = all.cursor.peek(1);
@@ -66,9 +69,9 @@ ReferenceParser::Chain ElementParser::ordinal() {
     element.selector = Selector::Ordinal;
     element.ordinal = token.integer;
   } else {
-    const OrdinalWord word = ordinalWords().value(token.text);
-    element.selector = word.selector;
-    element.ordinal = word.ordinal;
+    const OrdinalWord *word = ordinalWord(token);
+    element.selector = word->selector;
+    element.ordinal = word->ordinal;
   }
   if (!all.terms.atClass()) all.cursor.failExpected(QStringLiteral("class name"));
   const ScriptTerms::Term &term = all.terms.at();

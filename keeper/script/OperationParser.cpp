@@ -1,6 +1,5 @@
 #include "keeper/script/OperationParser.h"
 
-#include <QHash>
 #include <algorithm>
 
 #include "keeper/script/ScriptParsing.h"
@@ -11,19 +10,20 @@ namespace {
 
 using Level = OperationParser::Level;
 
-struct OperatorEntry {
-  QStringList words;
+struct FoundOperator {
   Operator op = Operator::Equal;
   Level level = Level::Equality;
+  /// How many tokens it takes.
+  int words = 1;
 };
 
-/// Spellings in words by their first word, the longest first.
-using Spellings = QHash<QString, std::vector<OperatorEntry>>;
+using Spellings = ScriptTermTable<FoundOperator>;
 
 void add(Spellings &spellings, Operator op, Level level, const QString &commaParted) {
   for (const QString &spelling : commaParted.split(u',')) {
-    const QStringList words = spelling.split(u' ');
-    spellings[words.first()].push_back({words, op, level});
+    FoundOperator &entry = spellings[spelling];
+    entry.op = op;
+    entry.level = level;
   }
 }
 
@@ -64,19 +64,8 @@ Spellings allSpellings() {
   add(spellings, Operator::Or, Level::Or, QStringLiteral("or"));
   add(spellings, Operator::IntegerDivide, Level::Product, QStringLiteral("div"));
   add(spellings, Operator::Modulo, Level::Product, QStringLiteral("mod"));
-  for (std::vector<OperatorEntry> &entries : spellings) {
-    std::sort(entries.begin(), entries.end(),
-              [](const OperatorEntry &a, const OperatorEntry &b) { return a.words.size() > b.words.size(); });
-  }
   return spellings;
 }
-
-struct FoundOperator {
-  Operator op;
-  Level level;
-  /// How many tokens it takes.
-  int tokens;
-};
 
 std::optional<FoundOperator> operatorInSigns(char16_t sign) {
   switch (sign) {
@@ -114,16 +103,11 @@ std::optional<FoundOperator> operatorAt(ScriptCursor &cursor) {
   const ScriptToken &first = cursor.peek();
   if (first.is(ScriptToken::Kind::Symbol)) return operatorInSigns(first.symbol);
   if (!first.is(ScriptToken::Kind::Word)) return {};
-  if (first.text == u"as") return FoundOperator{Operator::Equal, Level::As, 1};
+  if (first.isWord(u"as")) return FoundOperator{Operator::Equal, Level::As, 1};
   static const Spellings spellings = allSpellings();
-  const auto entries = spellings.constFind(first.text);
-  if (entries == spellings.cend()) return {};
-  for (const OperatorEntry &entry : *entries) {
-    int matched = 1;
-    while (matched < entry.words.size() && cursor.peek(matched).isWord(entry.words[matched])) ++matched;
-    if (matched == entry.words.size()) return FoundOperator{entry.op, entry.level, matched};
-  }
-  return {};
+  const auto isWord = [&](int ahead, const QString &word) { return cursor.peek(ahead).isWord(word); };
+  const FoundOperator *found = spellings.longestTerm(first.text, first.hash, isWord);
+  return found ? std::optional(*found) : std::nullopt;
 }
 
 }  // namespace
@@ -138,7 +122,7 @@ ExpressionPtr OperationParser::expression(Level loosest) {
     if (found->level < loosest) break;
     // Comparisons do not chain.
     if (compared != Level::Or && compared == found->level) all.cursor.failAfter();
-    all.cursor.skip(found->tokens);
+    all.cursor.skip(found->words);
     if (found->level == Level::As) {
       left = coercion(std::move(left), start);
     } else if (!takeRunning(left, found->op, start)) {
@@ -172,7 +156,7 @@ ExpressionPtr OperationParser::link(ExpressionPtr left, Level level, Operator op
     operation.links.push_back({op, std::move(operand)});
     const std::optional<FoundOperator> next = many ? operatorAt(all.cursor) : std::nullopt;
     if (!next || next->level != level) break;
-    all.cursor.skip(next->tokens);
+    all.cursor.skip(next->words);
     op = next->op;
   }
   return all.make(start, std::move(operation));

@@ -36,28 +36,29 @@ bool beginsValue(const ScriptToken &token) {
 
 }  // namespace
 
-const ScriptToken &ScriptCursor::peek(int ahead_) {
-  while (ahead.size() <= size_t(ahead_)) ahead.push_back(lexer.next());
-  return ahead[size_t(ahead_)];
+void ScriptCursor::read() {
+  if (!spare) spare = &items.emplace_back();
+  spare->token = lexer.next();
+  Item *item = spare;
+  spare = item->next;
+  item->next = nullptr;
+  (first ? last->next : first) = item;
+  last = item;
 }
 
-ScriptToken ScriptCursor::take() {
-  peek();
-  ScriptToken token = std::move(ahead.front());
-  ahead.pop_front();
+const ScriptToken &ScriptCursor::take() {
+  const ScriptToken &token = peek();
   valueEnded = beginsValue(token) || token.isSymbol(u')') || token.isSymbol(u'}');
   end = token.range.start + token.range.length;
+  Item *item = first;
+  first = item->next;
+  item->next = spare;
+  spare = item;
   return token;
 }
 
 void ScriptCursor::skip(int tokens) {
   for (int left = tokens; left > 0; --left) take();
-}
-
-bool ScriptCursor::takeWord(QStringView word) {
-  if (!atWord(word)) return false;
-  take();
-  return true;
 }
 
 bool ScriptCursor::takeSymbol(char16_t sign) {
@@ -66,12 +67,12 @@ bool ScriptCursor::takeSymbol(char16_t sign) {
   return true;
 }
 
-void ScriptCursor::expectWord(QStringView word) {
-  if (!takeWord(word)) fail(QStringLiteral("“%1”").arg(word));
-}
-
 void ScriptCursor::expectSymbol(char16_t sign) {
   if (!takeSymbol(sign)) fail(QStringLiteral("“%1”").arg(QChar(sign)));
+}
+
+void ScriptCursor::failWord(QStringView expected) {
+  fail(QStringLiteral("“%1”").arg(expected));
 }
 
 void ScriptCursor::fail(const QString &expected) {

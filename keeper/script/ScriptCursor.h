@@ -11,19 +11,43 @@ class ScriptCursor {
  public:
   explicit ScriptCursor(const QString &source) : lexer(source) {}
 
-  /// The token so many behind the next one, which stays untaken. Throws what the lexer throws.
-  const ScriptToken &peek(int ahead = 0);
-  ScriptToken take();
+  /// The next token, or the one so many behind it, which stays untaken. Throws what the lexer throws.
+  const ScriptToken &peek() {
+    if (!first) read();
+    return first->token;
+  }
+  const ScriptToken &peek(int tokens) {
+    if (!first) read();
+    const Item *item = first;
+    for (; tokens > 0; --tokens) {
+      if (!item->next) read();
+      item = item->next;
+    }
+    return item->token;
+  }
+  /// What is taken stays valid until another token is asked for.
+  const ScriptToken &take();
   void skip(int tokens);
 
-  bool atWord(QStringView word) { return peek().isWord(word); }
+  template <typename Word>
+  bool atWord(const Word &word) {
+    return peek().isWord(word);
+  }
   bool atSymbol(char16_t sign) { return peek().isSymbol(sign); }
   bool atEndOfStatement() { return peek().endsStatement(); }
   /// Takes the word if it is next.
-  bool takeWord(QStringView word);
+  template <typename Word>
+  bool takeWord(const Word &word) {
+    if (!atWord(word)) return false;
+    take();
+    return true;
+  }
   bool takeSymbol(char16_t sign);
   /// Takes the word; throws if another token is next.
-  void expectWord(QStringView word);
+  template <typename Word>
+  void expectWord(const Word &word) {
+    if (!takeWord(word)) failWord(word);
+  }
   void expectSymbol(char16_t sign);
 
   /// Where the next token begins.
@@ -51,8 +75,21 @@ class ScriptCursor {
   };
 
  private:
+  /// Reads one token more from the text.
+  void read();
+  [[noreturn]] void failWord(QStringView expected);
+
   ScriptLexer lexer;
-  std::deque<ScriptToken> ahead;
+  /// What is read and not taken, as a list: its tokens keep their places while more are read.
+  struct Item {
+    ScriptToken token;
+    Item *next = nullptr;
+  };
+  Item *first = nullptr;
+  Item *last = nullptr;
+  /// Items to be used again.
+  Item *spare = nullptr;
+  std::deque<Item> items;
   /// True if the last token taken can end a value.
   bool valueEnded = false;
   qsizetype end = 0;

@@ -1,15 +1,13 @@
 #include "keeper/script/ScriptDictionary.h"
 
-#include <algorithm>
-
 void ScriptDictionary::add(const QString &term, Kind kind, const QString &meaning) {
-  const int words = int(term.count(u' ')) + 1;
-  longest = std::max(longest, words);
-  int &fromFirst = longestFrom[term.section(u' ', 0, 0)];
-  fromFirst = std::max(fromFirst, words);
   Term &known = terms[term];
   const bool shadowed = known.kind == Kind::Property && kind != Kind::Property;
-  if (!shadowed) known = {kind, meaning, words};
+  if (!shadowed) {
+    known.kind = kind;
+    known.meaning = meaning;
+  }
+  known.alsoClass = classes.contains(term);
 }
 
 void ScriptDictionary::addClass(const ScriptClass &scriptClass) {
@@ -37,12 +35,9 @@ void ScriptDictionary::addVerb(const ScriptVerb &scriptVerb) {
 
 ScriptDictionary::Term ScriptDictionary::longestTerm(const QStringList &words) const {
   if (words.isEmpty()) return {};
-  const int most = longestFrom.value(words.first());
-  for (qsizetype count = std::min<qsizetype>(most, words.size()); count > 0; --count) {
-    const auto found = terms.constFind(count == 1 ? words.first() : words.first(count).join(u' '));
-    if (found != terms.cend()) return *found;
-  }
-  return {};
+  const auto isWord = [&](qsizetype i, const QString &word) { return i < words.size() && words[i] == word; };
+  const Term *found = terms.longestTerm(words.first(), WordFilter::hashOf(words.first()), isWord);
+  return found ? *found : Term{};
 }
 
 const ScriptVerb *ScriptDictionary::verb(const QString &term) const {

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "keeper/script/ScriptTermTable.h"
+
 /// A class of things that scripts speak of. Terms are in lower case, words parted by one blank.
 struct ScriptClass {
   QString term;
@@ -37,26 +39,23 @@ class ScriptDictionary {
     QString meaning;
     /// How many words of the text it takes.
     int words = 0;
+    /// A class has this spelling, whatever else it means.
+    bool alsoClass = false;
   };
   /// The longest term that the words, in lower case, begin with; a word that is property and class counts as
   /// a property.
   Term longestTerm(const QStringList &words) const;
-  /// How many words the longest term has.
-  int mostWords() const { return longest; }
+  /// The same for a text that is asked word by word.
+  const ScriptTermTable<Term> &table() const { return terms; }
 
   const ScriptVerb *verb(const QString &term) const;
-  /// True if a class has this term, whatever else the term means.
-  bool hasClass(const QString &term) const { return classes.contains(term); }
   /// True if a class is the other or descends from it.
   bool isKindOf(const QString &term, const QString &ancestor) const;
 
  private:
   void add(const QString &term, Kind kind, const QString &meaning);
 
-  QHash<QString, Term> terms;
+  ScriptTermTable<Term> terms;
   QHash<QString, ScriptClass> classes;
   QHash<QString, ScriptVerb> verbs;
-  /// How many words the longest term has that begins with a word: most words begin none.
-  QHash<QString, int> longestFrom;
-  int longest = 0;
 };

@@ -1,7 +1,5 @@
 #include "keeper/script/ScriptLanguage.h"
 
-#include <QHash>
-#include <algorithm>
 #include <numbers>
 
 namespace ScriptLanguage {
@@ -9,13 +7,12 @@ namespace ScriptLanguage {
 namespace {
 
 using Function = scriptTree::Builtin::Function;
-using Terms = QHash<QString, Term>;
+using Terms = ScriptTermTable<Term>;
 
 void add(Terms &terms, Term::Kind kind, const QString &spelling, const QString &meaning) {
   Term &term = terms[spelling];
   term.kind = kind;
   term.meaning = meaning;
-  term.words = int(spelling.count(u' ')) + 1;
 }
 
 void addAll(Terms &terms, Term::Kind kind, const QString &spellings) {
@@ -76,7 +73,7 @@ void addFunctions(Terms &terms) {
   addFunction(terms, QStringLiteral("log"), Function::Log);
 }
 
-Terms allTerms() {
+Terms makeTerms() {
   Terms terms;
   addClasses(terms);
   addValues(terms);
@@ -88,24 +85,9 @@ Terms allTerms() {
 
 }  // namespace
 
-Term longestTerm(const QStringList &words) {
-  static const Terms terms = allTerms();
-  // Most words begin no term at all.
-  static const QHash<QString, int> longestFrom = [] {
-    QHash<QString, int> longest;
-    for (auto term = terms.cbegin(); term != terms.cend(); ++term) {
-      int &count = longest[term.key().section(u' ', 0, 0)];
-      count = std::max(count, term->words);
-    }
-    return longest;
-  }();
-  if (words.isEmpty()) return {};
-  const int most = longestFrom.value(words.first());
-  for (qsizetype count = std::min<qsizetype>(most, words.size()); count > 0; --count) {
-    const auto found = terms.constFind(count == 1 ? words.first() : words.first(count).join(u' '));
-    if (found != terms.cend()) return *found;
-  }
-  return {};
+const ScriptTermTable<Term> &table() {
+  static const Terms terms = makeTerms();
+  return terms;
 }
 
 QString classOfCode(const QString &code) {

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QStringList>
-
 #include "keeper/script/ScriptExpression.h"
+#include "keeper/script/ScriptTermTable.h"
 
 /// The words that the language knows everywhere, without any dictionary.
 namespace ScriptLanguage {
@@ -19,11 +18,8 @@ struct Term {
   scriptTree::Builtin::Function function = scriptTree::Builtin::Function::Log;
 };
 
-/// How many words the longest term has.
-constexpr int kMostWords = 3;
-
-/// The longest term that the words, in lower case, begin with. Any thread.
-Term longestTerm(const QStringList &words);
+/// All of them. Any thread.
+const ScriptTermTable<Term> &table();
 
 /// The class of a code between guillemets: "text" for utxt, else its own spelling, «class isot».
 QString classOfCode(const QString &code);

@@ -1,28 +1,11 @@
 #include "keeper/script/ScriptLexer.h"
 
-#include <QSet>
 #include <cmath>
 
 namespace {
 
 /// Beyond it the language counts in reals.
 constexpr qint64 kLargestInteger = 536870911;
-
-bool isReserved(const QString &word) {
-  static const QSet<QString> words = [] {
-    QSet<QString> all;
-    const QString text = QStringLiteral(
-        "about above after against and apart around as aside at before beginning behind below beneath beside "
-        "between but by considering contain contains continue copy count div does doesn't eighth else end "
-        "equal equals error every exists exit false fifth first for fourth from get given global if ignoring "
-        "in instead into is isn't it its last local me middle mod my ninth not of on onto or property "
-        "repeat return returning script second set seventh since sixth some tell tenth that then third "
-        "through thru timeout times to true try until using where while whose with without");
-    for (const QString &word_ : text.split(u' ')) all.insert(word_);
-    return all;
-  }();
-  return words.contains(word);
-}
 
 bool isWordStart(char16_t unit) {
   return unit == u'_' || QChar::isLetter(unit);
@@ -34,6 +17,50 @@ bool isWordPart(char16_t unit) {
 
 bool isDigit(char16_t unit) {
   return unit >= u'0' && unit <= u'9';
+}
+
+/// As many digits as a 32-bit number always holds.
+constexpr qsizetype kFewDigits = 9;
+
+qint32 wholeNumber(QStringView digits) {
+  qint32 number = 0;
+  for (const QChar digit : digits) number = number * 10 + (digit.unicode() - u'0');
+  return number;
+}
+
+/// `1st`, `2nd`, `3rd`, `4th`, in any case.
+bool countsFrom(char16_t first, char16_t second) {
+  first |= 0x20;
+  second |= 0x20;
+  return (first == u's' && second == u't') || (first == u't' && second == u'h') ||
+         ((first == u'n' || first == u'r') && second == u'd');
+}
+
+bool isSign(char16_t unit) {
+  switch (unit) {
+    case u'(':
+    case u')':
+    case u'{':
+    case u'}':
+    case u',':
+    case u':':
+    case u'+':
+    case u'-':
+    case u'*':
+    case u'/':
+    case u'÷':
+    case u'^':
+    case u'&':
+    case u'=':
+    case u'≠':
+    case u'<':
+    case u'>':
+    case u'≤':
+    case u'≥':
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace
@@ -115,7 +142,10 @@ ScriptToken ScriptLexer::lineEnd() {
 
 ScriptToken ScriptLexer::word() {
   const qsizetype start = position;
-  while (isWordPart(at())) ++position;
+  const QStringView units = source;
+  qsizetype place = start;
+  while (place < units.size() && isWordPart(units[place].unicode())) ++place;
+  position = place;
   const QStringView stem = QStringView(source).sliced(start, position - start);
   const bool shortNot = at() == u'\'' && (at(1) | 0x20) == u't' && !isWordPart(at(2));
   if (shortNot &&
@@ -123,8 +153,10 @@ ScriptToken ScriptLexer::word() {
     position += 2;
   }
   ScriptToken found = token(ScriptToken::Kind::Word, start);
-  found.text = source.sliced(start, position - start).toLower();
-  found.reserved = isReserved(found.text);
+  const ScriptWords::Word &word = words.of(QStringView(source).sliced(start, position - start));
+  found.text = word.text;
+  found.hash = word.hash;
+  found.reserved = word.reserved;
   return found;
 }
 
@@ -146,7 +178,8 @@ ScriptToken ScriptLexer::number() {
     position += 1 + sign;
     digits();
   }
-  const double value = QStringView(source).sliced(start, position - start).toDouble();
+  const QStringView written = QStringView(source).sliced(start, position - start);
+  const double value = whole && written.size() <= kFewDigits ? wholeNumber(written) : written.toDouble();
   ScriptToken found = token(ScriptToken::Kind::Real, start);
   if (!std::isfinite(value))
     throw ScriptError{scriptErrors::kNumberTooLarge, QStringLiteral("The number is too large."), found.range};
@@ -154,9 +187,7 @@ ScriptToken ScriptLexer::number() {
   if (!whole || value > double(kLargestInteger)) return found;
   found.integer = qint64(value);
   found.kind = ScriptToken::Kind::Integer;
-  const QString suffix = source.mid(position, 2).toLower();
-  const bool counts = suffix == u"st" || suffix == u"nd" || suffix == u"rd" || suffix == u"th";
-  if (counts && !isWordPart(at(2))) {
+  if (countsFrom(at(), at(1)) && !isWordPart(at(2))) {
     position += 2;
     found.range.length += 2;
     found.kind = ScriptToken::Kind::Ordinal;
@@ -213,12 +244,11 @@ ScriptToken ScriptLexer::enclosed(ScriptToken::Kind kind, char16_t closing) {
 ScriptToken ScriptLexer::symbol() {
   const qsizetype start = position;
   char16_t sign = at();
-  const QStringView known = u"(){},:+-*/÷^&=≠<>≤≥";
   if (sign == u'\'' && (at(1) | 0x20) == u's' && !isWordPart(at(2))) {
     position += 2;
     return token(ScriptToken::Kind::Possessive, start);
   }
-  if (!known.contains(QChar(sign))) {
+  if (!isSign(sign)) {
     const qsizetype length = QChar::isHighSurrogate(sign) && QChar::isLowSurrogate(at(1)) ? 2 : 1;
     fail(QStringLiteral("Expected expression but found unknown token."), start, length);
   }
@@ -230,15 +260,6 @@ ScriptToken ScriptLexer::symbol() {
   ScriptToken found = token(ScriptToken::Kind::Symbol, start);
   found.symbol = sign;
   return found;
-}
-
-char16_t ScriptLexer::at(qsizetype offset) const {
-  const qsizetype index = position + offset;
-  return index < source.size() ? source.at(index).unicode() : u'\0';
-}
-
-bool ScriptLexer::isLineEnd(qsizetype offset) const {
-  return at(offset) == u'\n' || at(offset) == u'\r';
 }
 
 ScriptToken ScriptLexer::token(ScriptToken::Kind kind, qsizetype start) const {

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "keeper/script/ScriptToken.h"
+#include "keeper/script/ScriptWords.h"
 
 /// Cuts a script text into tokens, one at a time, so that a text costs no more memory than its tree.
 /// Comments, blanks, continued line ends and the noise word `the` give no token. One thread.
@@ -28,11 +29,15 @@ class ScriptLexer {
   ScriptToken enclosed(ScriptToken::Kind kind, char16_t closing);
   ScriptToken symbol();
 
-  char16_t at(qsizetype offset = 0) const;
-  bool isLineEnd(qsizetype offset = 0) const;
+  char16_t at(qsizetype offset = 0) const {
+    const qsizetype index = position + offset;
+    return index < source.size() ? source.constData()[index].unicode() : u'\0';
+  }
+  bool isLineEnd() const { return at() == u'\n' || at() == u'\r'; }
   ScriptToken token(ScriptToken::Kind kind, qsizetype start) const;
   [[noreturn]] void fail(const QString &message, qsizetype start, qsizetype length) const;
 
-  QString source;
+  const QString source;
+  ScriptWords words;
   qsizetype position = 0;
 };

@@ -10,7 +10,8 @@ constexpr qsizetype kStackBytes = 5 * 1024 * 1024;
 
 ScriptValue *find(std::vector<std::pair<QString, ScriptValue>> &variables, const QString &name) {
   for (auto &[key, value] : variables) {
-    if (key == name) return &value;
+    // Most names share their letters with the tree, as do all that one text writes alike.
+    if (key.constData() == name.constData() || key == name) return &value;
   }
   return nullptr;
 }
@@ -63,7 +64,7 @@ ScriptValue *ScriptRun::global(const QString &name) {
 }
 
 ScriptValue *ScriptRun::variable(const QString &name) {
-  if (frame->globals.contains(name)) return global(name);
+  if (!frame->globals.isEmpty() && frame->globals.contains(name)) return global(name);
   if (ScriptValue *known = frame->local(name)) return known;
   for (ScriptInstance *script = frame->me.get(); script; script = script->enclosing.get()) {
     if (ScriptValue *known = script->property(name)) return known;

@@ -6,22 +6,30 @@ const ScriptTerms::Term &ScriptTerms::at() {
   const qsizetype place = cursor.start();
   if (place == knownPlace) return known;
   knownPlace = place;
-  known = {};
-  const int most = std::max(ScriptLanguage::kMostWords, current ? current->mostWords() : 0);
-  QStringList words;
-  for (int ahead = 0; ahead < most && cursor.peek(ahead).is(ScriptToken::Kind::Word); ++ahead) {
-    words.append(cursor.peek(ahead).text);
-  }
-  if (!words.isEmpty()) lookAt(words);
+  if (known.words > 0) known = {};
+  // As far as any term could go, whether one begins here or not: a text that cannot be read further fails at
+  // the same place either way.
+  const int most = std::max(ScriptLanguage::table().mostWords(), current ? current->table().mostWords() : 0);
+  int words = 0;
+  while (words < most && cursor.peek(words).is(ScriptToken::Kind::Word)) ++words;
+  if (words > 0) lookAt();
   return known;
 }
 
-void ScriptTerms::lookAt(const QStringList &words) {
-  static_cast<ScriptLanguage::Term &>(known) = ScriptLanguage::longestTerm(words);
+void ScriptTerms::lookAt() {
+  const ScriptToken &first = cursor.peek();
+  const auto isWord = [this](int ahead, const QString &word) { return cursor.peek(ahead).isWord(word); };
+  if (const auto *term = ScriptLanguage::table().longestTerm(first.text, first.hash, isWord)) {
+    static_cast<ScriptLanguage::Term &>(known) = *term;
+  }
   // Words of the grammar are never the application's.
-  if (!current || cursor.peek().reserved) return;
-  const ScriptDictionary::Term term = current->longestTerm(words);
-  if (term.kind == ScriptDictionary::Kind::None || term.words < known.words) return;
+  if (!current || first.reserved) return;
+  const ScriptDictionary::Term *term = current->table().longestTerm(first.text, first.hash, isWord);
+  if (term && term->words >= known.words) know(*term);
+}
+
+/// A term of the dictionary.
+void ScriptTerms::know(const ScriptDictionary::Term &term) {
   known = {};
   known.meaning = term.meaning;
   known.words = term.words;
@@ -34,7 +42,7 @@ void ScriptTerms::lookAt(const QStringList &words) {
       break;
     case ScriptDictionary::Kind::Property:
       known.kind = Term::Kind::Property;
-      known.alsoClass = current->hasClass(words.first(term.words).join(u' '));
+      known.alsoClass = term.alsoClass;
       break;
     case ScriptDictionary::Kind::Constant:
       known.kind = Term::Kind::Value;

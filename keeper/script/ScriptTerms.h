@@ -60,7 +60,8 @@ class ScriptTerms {
   };
 
  private:
-  void lookAt(const QStringList &words);
+  void lookAt();
+  void know(const ScriptDictionary::Term &term);
 
   ScriptCursor &cursor;
   const ScriptDictionaryLookup &lookup;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <cstring>
 
 #include "keeper/script/ScriptError.h"
 
@@ -28,9 +29,17 @@ struct ScriptToken {
   char16_t symbol = 0;
   /// A word of the language's grammar, which names nothing.
   bool reserved = false;
+  /// Of a word: as WordFilter counts it.
+  quint32 hash = 0;
 
   bool is(Kind kind_) const { return kind == kind_; }
   bool isWord(QStringView word) const { return kind == Kind::Word && text == word; }
+  /// The same for a literal: nearly every other word differs in its length already.
+  template <size_t kUnits>
+  bool isWord(const char16_t (&word)[kUnits]) const {
+    return kind == Kind::Word && text.size() == qsizetype(kUnits - 1) &&
+           std::memcmp(text.constData(), word, (kUnits - 1) * sizeof(char16_t)) == 0;
+  }
   bool isSymbol(char16_t sign) const { return kind == Kind::Symbol && symbol == sign; }
   bool endsStatement() const { return kind == Kind::LineEnd || kind == Kind::End; }
 };

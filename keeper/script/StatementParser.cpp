@@ -161,7 +161,7 @@ void StatementParser::expectEnd(const QString &words) {
   ScriptCursor &cursor = all.cursor;
   if (!cursor.takeWord(u"end")) cursor.failExpected(QStringLiteral("“end %1”").arg(words));
   if (cursor.atEndOfStatement()) return;
-  for (const QString &word : words.split(u' ')) {
+  for (const QStringView word : QStringView(words).tokenize(u' ')) {
     if (!cursor.takeWord(word)) cursor.failExpected(QStringLiteral("“end %1”").arg(words));
   }
 }
