@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
-
 #include "keeper/script/ParsedScripts.h"
 #include "tests/keeper/script/ToyDictionary.h"
 #include "tests/keeper/script/TreeDump.h"
@@ -287,13 +285,6 @@ TEST(ScriptParser, RangesCoverTheWordsOfTheirNodes) {
   const scriptTree::Expression &name = *std::get<scriptTree::Operation>(value.form).first;
   EXPECT_EQ(parsed->textAt(std::get<scriptTree::Property>(name.form).container->range),
             QStringLiteral("t's b"));
-}
-
-TEST(ScriptParser, JobsOfEveryKindParse) {
-  QFile file(QStringLiteral(TALLYFEN_SCRIPT_JOBS));
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  const QString dumped = dumpOf(QString::fromUtf8(file.readAll()));
-  EXPECT_EQ(dumped.count(u"(on "), 19 + 2) << dumped.left(200).toStdString();
 }
 
 TEST(ParsedScripts, ATextThatComesAgainIsNotParsedAgain) {
