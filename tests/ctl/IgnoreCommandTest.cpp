@@ -89,13 +89,6 @@ TEST_F(IgnoreCommandTest, OnlyTracksOfTheLibraryCanBeDeclaredAndNothingIsStoredE
   }
 }
 
-TEST_F(IgnoreCommandTest, SettingsThatCannotBeSavedAreReported) {
-  preferences.failSynchronize(QStringLiteral("disk full"));
-  EXPECT_EQ(command(kIgnoreBoth), 1);
-  EXPECT_EQ(err, "tallyfenctl: the settings were not saved: disk full\n");
-  EXPECT_EQ(out, "");
-}
-
 TEST_F(IgnoreCommandTest, ThePersonIsAskedBeforeAllIsForgotten) {
   ASSERT_EQ(command(kIgnoreBoth), 0) << err;
   isAnswering = true;

@@ -55,11 +55,6 @@ TEST_F(LibraryCommandsTest, PlistShowsTheTreeAndWhatWasWrongWithIt) {
   EXPECT_NE(out.find("\"root\": {\"a\": \"b\"}, \"error\": \""), std::string::npos) << out;
 }
 
-TEST_F(LibraryCommandsTest, ResourcesComeAsLoaded) {
-  ASSERT_EQ(run(QStringLiteral("inspect resources --json")), 0) << err;
-  EXPECT_NE(out.find("\"simplifiers\": {"), std::string::npos);
-}
-
 TEST_F(LibraryCommandsTest, HelpNamesEveryCommandAndWrongOnesAreWrongUse) {
   EXPECT_EQ(run(QStringLiteral("help")), 0);
   for (const char *name :

@@ -4,23 +4,6 @@
 
 using ProgramTest = ProgramFixture;
 
-TEST_F(ProgramTest, ALibraryInTheUsualPlaceIsFoundAndScanned) {
-  EXPECT_EQ(execute(words("scan --json")), 1);
-  EXPECT_EQ(out, "");
-  EXPECT_EQ(err, "tallyfenctl: no music library found; name its file with --library FILE\n");
-  writeLibrary({track(QStringLiteral("Ovel"), QStringLiteral("One")),
-                track(QStringLiteral("The Ovel"), QStringLiteral("One")),
-                track(QStringLiteral("B"), QStringLiteral("One"))},
-               QStringLiteral("home/Music/iTunes/iTunes Music Library.xml"));
-  EXPECT_EQ(execute(words("scan --json")), 1);
-  EXPECT_EQ(out,
-            "{\"tracks\": 3, \"duplicates\": [[\"0000000000000001\", \"0000000000000002\"]], \"names\": "
-            "[{\"type\": \"artist\", \"preferred\": \"The Ovel\", \"songs\": [\"0000000000000001\", "
-            "\"0000000000000002\"]}], "
-            "\"orphans\": [], \"missing\": []}\n");
-  EXPECT_EQ(err, "");
-}
-
 TEST_F(ProgramTest, SettingsOutliveTheProcess) {
   EXPECT_EQ(execute(words("prefs set allowedDurationVariation 3")), 0) << err;
   EXPECT_EQ(execute(words("prefs get allowedDurationVariation")), 0);
