@@ -16,12 +16,19 @@
 
 namespace {
 
-constexpr QSize kListSize(660, 260);
+constexpr int kWidth = 660;
+/// The list is as high as the window leaves room for, within these.
+constexpr int kLeastHeight = 130, kMostHeight = 420;
 /// A list of fewer groups is shown unfolded.
 constexpr size_t kUnfoldedGroups = 20;
 
 QString words(const char *name) {
   return localizedMessage(QStringLiteral("MergeSummary-") + QLatin1String(name));
+}
+
+QString playlistsOf(const MergedGroup &group) {
+  return localizedMessage(QStringLiteral("MergeSummary-InPlaylists"),
+                          group.playlists.join(QStringLiteral(", ")));
 }
 
 /// The line with its columns; the whole text is told by a tool tip, as paths are long.
@@ -40,6 +47,7 @@ MergeSummarySheet::MergeSummarySheet(QWidget *attachedTo, MergeSummary theSummar
     : SheetDialog(attachedTo), summary(std::move(theSummary)) {
   setObjectName(QStringLiteral("mergeSummary"));
   setPicture(icons::icon(summary.failures.empty() ? icons::Shape::Done : icons::Shape::Warning));
+  setTitleWidth(kWidth);
   setTitle(summary.headline());
   auto *lines = new QLabel(summary.lines().join(u'\n'));
   lines->setObjectName(QStringLiteral("mergeSummaryLines"));
@@ -47,18 +55,19 @@ MergeSummarySheet::MergeSummarySheet(QWidget *attachedTo, MergeSummary theSummar
   lines->setTextInteractionFlags(Qt::TextSelectableByMouse);
   lines->setWordWrap(true);
   // As wide as the list and as high as that takes: the sheet's own size follows from it.
-  lines->setFixedSize(kListSize.width(), lines->heightForWidth(kListSize.width()));
+  lines->setFixedSize(kWidth, qMax(0, lines->heightForWidth(kWidth)));
+  if (lines->text().isEmpty()) lines->hide();
   contents()->addWidget(lines);
-  auto *tree = new QTreeWidget;
+  tree = new QTreeWidget;
   tree->setObjectName(QStringLiteral("mergeSummaryTree"));
   tree->setHeaderLabels({words("ColumnWhat"), words("ColumnFate"), words("ColumnSize")});
   tree->headerItem()->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
-  tree->setFixedSize(kListSize);
+  tree->setFixedSize(kWidth, kLeastHeight);
   tree->setTextElideMode(Qt::ElideMiddle);
   tree->setUniformRowHeights(true);
   tree->setSelectionMode(QAbstractItemView::NoSelection);
-  addFailures(*tree);
-  for (const MergedGroup &group : summary.groups) addGroup(*tree, group);
+  addFailures();
+  for (const MergedGroup &group : summary.groups) addGroup(group);
   if (summary.groups.size() < kUnfoldedGroups) tree->expandAll();
   tree->header()->setStretchLastSection(false);
   tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
@@ -71,17 +80,23 @@ MergeSummarySheet::MergeSummarySheet(QWidget *attachedTo, MergeSummary theSummar
   connect(copy, &QPushButton::clicked, this, [this] { QApplication::clipboard()->setText(plainText()); });
 }
 
-void MergeSummarySheet::addFailures(QTreeWidget &tree) const {
+void MergeSummarySheet::fit(int spare) {
+  tree->setFixedHeight(qBound(kLeastHeight, tree->height() + spare, kMostHeight));
+}
+
+void MergeSummarySheet::addFailures() const {
   if (summary.failures.empty()) return;
-  auto *problems = new QTreeWidgetItem(&tree, {words("Problems")});
+  auto *problems = new QTreeWidgetItem(tree, {words("Problems")});
   for (const MergeFailure &failure : summary.failures) {
     const QString what = failure.path.isEmpty() ? failure.title : QDir::toNativeSeparators(failure.path);
-    line(problems, what, failure.reason, {});
+    line(problems, what, {}, {})->setFirstColumnSpanned(true);
+    // Reasons are sentences, and take a whole line.
+    line(problems, failure.reason, {}, {})->setFirstColumnSpanned(true);
   }
   problems->setExpanded(true);
 }
 
-void MergeSummarySheet::addGroup(QTreeWidget &tree, const MergedGroup &group) const {
+void MergeSummarySheet::addGroup(const MergedGroup &group) const {
   qint64 sum = 0;
   for (const MergedGroup::Unkept &file : group.unkept) sum += file.bytes;
   const QString copies = group.unkept.size() == 1
@@ -89,7 +104,7 @@ void MergeSummarySheet::addGroup(QTreeWidget &tree, const MergedGroup &group) co
                              : localizedMessage(QStringLiteral("MergeSummary-Copies"), group.unkept.size());
   QTreeWidgetItem *top = line(nullptr, group.title, group.complete ? copies : words("NotFinished"),
                               sum > 0 ? sizeText(sum) : QString());
-  tree.addTopLevelItem(top);
+  tree->addTopLevelItem(top);
   line(top, group.keptPath, words("Kept"), {});
   for (const MergedGroup::Unkept &file : group.unkept) {
     const QString bytes = file.bytes > 0 ? sizeText(file.bytes) : QString();
@@ -98,10 +113,7 @@ void MergeSummarySheet::addGroup(QTreeWidget &tree, const MergedGroup &group) co
     if (!file.newPath.isEmpty()) item->setToolTip(1, toolTips::fromPlainText(file.newPath));
   }
   if (group.playlists.isEmpty()) return;
-  line(top,
-       localizedMessage(QStringLiteral("MergeSummary-InPlaylists"),
-                        group.playlists.join(QStringLiteral(", "))),
-       {}, {});
+  line(top, playlistsOf(group), {}, {})->setFirstColumnSpanned(true);
 }
 
 QString MergeSummarySheet::plainText() const {
@@ -113,6 +125,7 @@ QString MergeSummarySheet::plainText() const {
     told << group.title << u'\t' + group.keptPath + u'\t' + words("Kept");
     for (const MergedGroup::Unkept &file : group.unkept)
       told << u'\t' + file.path + u'\t' + MergeSummary::words(file) + u'\t' + file.newPath;
+    if (!group.playlists.isEmpty()) told << u'\t' + playlistsOf(group);
   }
   return told.join(u'\n');
 }

@@ -87,6 +87,7 @@ void ProgressPanel::setWarningVisible(bool visible) {
   if (warning->isHidden() != visible) return;
   warning->setVisible(visible);
   adjustSize();
+  if (isVisible()) place();
 }
 
 void ProgressPanel::setOneLineTitle(const QString &newTitle) {

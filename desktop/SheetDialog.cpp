@@ -5,16 +5,17 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "desktop/Colours.h"
 #include "desktop/ProblemWindow.h"
+#include "desktop/SheetText.h"
 #include "support/Preferences.h"
 
 namespace {
 constexpr int kPictureSide = 48;
+/// What a sheet leaves free of its window's lower edge.
+constexpr int kMargin = 12;
 /// A text is never cut below this, about fifteen lines, however small the window is.
 constexpr int kLeastTextHeight = 260;
 }  // namespace
@@ -23,8 +24,7 @@ SheetDialog::SheetDialog(QWidget *attachedTo)
     : QDialog(attachedTo, Qt::Dialog | Qt::FramelessWindowHint),
       picture(new QLabel),
       title(new QLabel),
-      text(new QLabel),
-      textArea(new QScrollArea),
+      text(new SheetText(kTextWidth)),
       column(new QVBoxLayout),
       buttonRow(new QHBoxLayout) {
   setWindowModality(Qt::WindowModal);
@@ -32,22 +32,13 @@ SheetDialog::SheetDialog(QWidget *attachedTo)
   bold.setBold(true);
   bold.setPointSizeF(bold.pointSizeF() * 1.15);
   title->setFont(bold);
-  for (QLabel *label : {title, text}) {
-    label->setWordWrap(true);
-    label->setFixedWidth(kTextWidth);
-    label->setTextFormat(Qt::PlainText);
-  }
-  text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  textArea->setWidget(text);
-  text->setAutoFillBackground(false);
-  textArea->viewport()->setAutoFillBackground(false);
-  textArea->setFrameShape(QFrame::NoFrame);
-  textArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  textArea->setFocusPolicy(Qt::NoFocus);
-  textArea->hide();
+  title->setWordWrap(true);
+  title->setFixedWidth(kTextWidth);
+  title->setTextFormat(Qt::PlainText);
+  text->hide();
   column->setSpacing(10);
   column->addWidget(title);
-  column->addWidget(textArea);
+  column->addWidget(text);
   buttonRow->addStretch();
   picture->setFixedSize(kPictureSide, kPictureSide);
   picture->hide();
@@ -75,20 +66,16 @@ void SheetDialog::setTitle(const QString &newTitle) {
 }
 
 void SheetDialog::setText(const QString &newText) {
-  text->setText(newText);
-  text->resize(kTextWidth, text->heightForWidth(kTextWidth));
-  textArea->setFixedSize(text->size());
-  textArea->setVisible(!newText.isEmpty());
+  text->setWholeText(newText);
+  text->setVisible(!newText.isEmpty());
 }
 
-void SheetDialog::fitText() {
-  const QWidget *host = parentWidget() ? parentWidget()->window() : nullptr;
-  if (!host || textArea->isHidden()) return;
-  const int tooMuch = topOn(*host) + height() - host->height();
-  const int shown = qMax(qMin(text->height(), kLeastTextHeight), text->height() - tooMuch);
-  if (tooMuch <= 0 || shown == text->height()) return;
-  textArea->setFixedSize(kTextWidth + textArea->verticalScrollBar()->sizeHint().width(), shown);
-  adjustSize();
+void SheetDialog::fit(int spare) {
+  if (spare < 0) text->setShownHeight(qMax(kLeastTextHeight, text->wholeHeight() + spare));
+}
+
+void SheetDialog::setTitleWidth(int width) {
+  title->setFixedWidth(width);
 }
 
 QFontMetrics SheetDialog::titleMetrics() const {
@@ -108,7 +95,10 @@ QPushButton *SheetDialog::addButton(const QString &label, int index) {
 
 void SheetDialog::begin() {
   adjustSize();
-  fitText();
+  if (const QWidget *host = parentWidget() ? parentWidget()->window() : nullptr) {
+    fit(host->height() - topOn(*host) - height() - kMargin);
+    adjustSize();
+  }
   place();
   show();
   raise();

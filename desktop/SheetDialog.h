@@ -6,8 +6,8 @@ class QCheckBox;
 class QHBoxLayout;
 class QLabel;
 class QPushButton;
-class QScrollArea;
 class QVBoxLayout;
+class SheetText;
 
 /// A sheet: modal to its window and hanging from its upper edge. A picture, a bold title, a text, whatever
 /// else a kind of sheet adds, and the buttons at the right with the default one last. Main thread.
@@ -23,6 +23,8 @@ class SheetDialog : public QDialog {
   /// Where a kind of sheet puts its own, below the text.
   QVBoxLayout *contents() { return column; }
   QFontMetrics titleMetrics() const;
+  /// For sheets that are wider than a text.
+  void setTitleWidth(int width);
   /// Adds a button left of those that stand. `index` is what it answers; 0 is the default button.
   QPushButton *addButton(const QString &label, int index);
   /// Adds a box "do not ask again". A button other than the one that the escape key presses stores it: the
@@ -45,18 +47,17 @@ class SheetDialog : public QDialog {
   void reject() override;
   /// Where the sheet's upper edge is, in the window's coordinates.
   virtual int topOn(const QWidget &host) const;
+  /// Told before the sheet is shown how many pixels the window has left below it; fewer than none where the
+  /// sheet is too high. Here the text is scrolled then.
+  virtual void fit(int spare);
   void place();
   void paintEvent(QPaintEvent *event) override;
   bool eventFilter(QObject *watched, QEvent *event) override;
 
  private:
-  /// A text that would reach below the window is scrolled.
-  void fitText();
-
   QLabel *picture;
   QLabel *title;
-  QLabel *text;
-  QScrollArea *textArea;
+  SheetText *text;
   QVBoxLayout *column;
   QHBoxLayout *buttonRow;
   int escapeIndex = 0;

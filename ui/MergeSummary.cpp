@@ -24,7 +24,7 @@ QString filesLine(const QString &name, const MergeSummary::Files &files) {
 
 /// The names as far as they fit into a few lines; the groups tell them all.
 QString playlistsLine(const QStringList &names) {
-  constexpr qsizetype kMost = 10, kLongest = 60;
+  constexpr qsizetype kMost = 10, kLongest = 40;
   QStringList shown;
   for (const QString &name : names.first(qMin(names.size(), kMost))) {
     const QString line = name.simplified();

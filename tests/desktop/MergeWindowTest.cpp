@@ -149,7 +149,7 @@ TEST_F(MergeWindow, AMergeThatDidSomethingIsToldInALineThatOpens) {
   auto *tree = find<QTreeWidget>(sheet(), QStringLiteral("mergeSummaryTree"));
   EXPECT_EQ(tree->topLevelItemCount(), 2);
   const QTreeWidgetItem *problem = tree->topLevelItem(0)->child(0);
-  EXPECT_EQ(problem->text(1), QStringLiteral("a reason"));
+  EXPECT_EQ(tree->topLevelItem(0)->child(1)->text(0), QStringLiteral("a reason"));
   QTextDocument shown;
   Qt::mightBeRichText(problem->toolTip(0)) ? shown.setHtml(problem->toolTip(0))
                                            : shown.setPlainText(problem->toolTip(0));
