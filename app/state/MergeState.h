@@ -113,5 +113,7 @@ struct MergeState {
   Date lastProgress;
   /// Tracks that a worker has looked at for the totals: signs of life while it can finish no row.
   std::atomic<qint64> countingSteps{0};
+  /// The user wants the merge although nobody can tell which playlists hold a track.
+  std::atomic<bool> mMergesWithoutPlaylists{false};
   MergeReport report;
 };
