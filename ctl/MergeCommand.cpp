@@ -82,7 +82,8 @@ int MergeCommand::mergeThroughKeeper(const Wishes &wishes, const MergePlan *agre
   };
   int code = exitCode::kReported;
   {
-    const KeeperPlatform keeper(KeeperPlatform::Launching::WhenNeeded);
+    // One that goes in the middle must not come again for the sake of a script.
+    const KeeperPlatform keeper(KeeperPlatform::Launching::Never);
     iTunesLibInterface::reset();
     iTunesInterface::resetIsMusicAppRunning();
     code = mergeHere(wishes, agreed, letKeeperGo, terminal);
