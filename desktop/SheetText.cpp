@@ -1,6 +1,7 @@
 #include "desktop/SheetText.h"
 
 #include <QScrollBar>
+#include <memory>
 
 SheetText::SheetText(int textWidth) : width(textWidth) {
   setReadOnly(true);
@@ -16,16 +17,16 @@ SheetText::SheetText(int textWidth) : width(textWidth) {
 
 void SheetText::setWholeText(const QString &text) {
   setPlainText(text);
-  setFixedSize(width, wholeHeight());
-}
-
-int SheetText::wholeHeight() const {
-  document()->setTextWidth(width);
-  return qCeil(document()->size().height());
+  // In a document of its own: the one that is shown is laid out for the size of the moment.
+  const std::unique_ptr<QTextDocument> measured(document()->clone());
+  measured->setDefaultFont(font());
+  measured->setTextWidth(width);
+  whole = qCeil(measured->size().height());
+  setFixedSize(width, whole);
 }
 
 void SheetText::setShownHeight(int height) {
-  if (height >= wholeHeight()) return;
+  if (height >= whole) return;
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   setFixedSize(width + verticalScrollBar()->sizeHint().width(), height);
 }

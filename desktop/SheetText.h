@@ -10,10 +10,11 @@ class SheetText : public QTextEdit {
 
   void setWholeText(const QString &text);
   /// The height that the whole text takes.
-  int wholeHeight() const;
+  int wholeHeight() const { return whole; }
   /// Shows no more than so many pixels of it; the rest is scrolled to.
   void setShownHeight(int height);
 
  private:
   const int width;
+  int whole = 0;
 };

@@ -1,5 +1,7 @@
 #include <QPushButton>
+#include <QScrollBar>
 
+#include "desktop/SheetText.h"
 #include "tests/desktop/DesktopFixture.h"
 
 using Sheets = DesktopFixture;
@@ -27,6 +29,22 @@ TEST_F(Sheets, AnAlertAnswersTheButtonPressed) {
   for (const int index : {1, 0}) {
     answerNextAlert(index);
     EXPECT_EQ(view.runAlert(kAlert), index);
+  }
+}
+
+TEST_F(Sheets, TextsAreShownWholeOrScrolled) {
+  showDuplicates(3);
+  for (const QString &message : {u"One line."_qs, u"Several words that take some lines. "_qs.repeated(12),
+                                 u"/music/"_qs + QString(300, u'x'), u"A line\n"_qs.repeated(60)}) {
+    Alert alert = kAlert;
+    alert.message = message;
+    view.beginSheet(alert, {});
+    settle();
+    const auto *text = sheet()->findChild<SheetText *>();
+    EXPECT_EQ(text->verticalScrollBar()->maximum() > 0, message.count(u'\n') > 50) << message.toStdString();
+    EXPECT_LE(text->document()->idealWidth(), text->viewport()->width());
+    EXPECT_LE(sheet()->geometry().bottom(), view.problemWindow()->geometry().bottom());
+    view.endAllSheets();
   }
 }
 
