@@ -3,6 +3,7 @@
 #include "ctl/JsonWriter.h"
 #include "ctl/OpenedLibrary.h"
 #include "ctl/Options.h"
+#include "ctl/RowText.h"
 #include "ctl/Session.h"
 #include "platform/Platform.h"
 #include "values/Keys.h"
@@ -20,9 +21,9 @@ int LibraryLoadCommand::run(const QStringList &arguments, Terminal &terminal) {
   const qsizetype playlists = library->root.value(keys::Playlists).toArray().size();
   const QString road = library->isDirect ? QStringLiteral("direct") : QStringLiteral("file");
   if (!options.wantsJson()) {
-    terminal.print(QStringLiteral("%1 tracks and %2 playlists in %3 seconds (%4: %5)")
-                       .arg(tracks)
-                       .arg(playlists)
+    terminal.print(QStringLiteral("%1 and %2 in %3 seconds (%4: %5)")
+                       .arg(rowText::counted(tracks, "track", "tracks"),
+                            rowText::counted(playlists, "playlist", "playlists"))
                        .arg(seconds, 0, 'f', 2)
                        .arg(road, printable(library->path)));
     return exitCode::kDone;

@@ -43,11 +43,11 @@ bool isStillImporting(Terminal &terminal) {
                      .arg(iTunesInterface::musicAppName(), printable(activity.problem)));
   }
   if (activity.state != LibraryActivity::State::Importing) return false;
-  terminal.say(
-      QStringLiteral("%1 is still taking in its library (%2 of %3 tracks); try again when it is done")
-          .arg(iTunesInterface::musicAppName())
-          .arg(activity.done)
-          .arg(activity.total));
+  const QString of = activity.total > 0 ? QStringLiteral(" of %1").arg(activity.total) : QString();
+  terminal.say(QStringLiteral("%1 is still taking in its library (%2%3 tracks); try again when it is done")
+                   .arg(iTunesInterface::musicAppName())
+                   .arg(activity.done)
+                   .arg(of));
   return true;
 }
 

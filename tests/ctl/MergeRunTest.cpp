@@ -17,6 +17,7 @@ class Desktop : public RecordingWorkspace {
   using RecordingWorkspace::RecordingWorkspace;
   std::vector<RunningApplication> runningApplications() const override { return running; }
   bool launchApplication(const QString &) override { return true; }
+  LibraryActivity libraryActivity() const override { return activity; }
   Subscription observeApplications(std::function<void(const RunningApplication &)>,
                                    std::function<void(const RunningApplication &)> terminated) override {
     hasEnded = std::move(terminated);
@@ -29,6 +30,7 @@ class Desktop : public RecordingWorkspace {
   }
 
   std::vector<RunningApplication> running{{u"com.brinmoor.keeper"_qs, u"Music Keeper"_qs}};
+  LibraryActivity activity;
   std::function<void(const RunningApplication &)> hasEnded;
   /// On the merge's thread.
   std::function<void()> onFirstTrash;
@@ -228,4 +230,15 @@ TEST_F(MergeRunTest, OnlyAPlanThatIsAgreedToAndStillHoldsIsCarriedOut) {
     EXPECT_NE(err.find(one.message), std::string::npos) << err;
     EXPECT_EQ(desktop.recycled().size(), one.trashed);
   }
+}
+
+TEST_F(MergeRunTest, AFirstImportIsWaitedForAndOneThatFailedIsTold) {
+  desktop.activity = {LibraryActivity::State::Importing, u"a.xml"_qs, 7, 10};
+  EXPECT_EQ(merge({u"--dry-run"_qs}), 1);
+  EXPECT_EQ(out, "");
+  EXPECT_NE(err.find("is still taking in its library (7 of 10 tracks)"), std::string::npos) << err;
+  desktop.activity = {LibraryActivity::State::None, {}, 0, 0, u"it holds no library"_qs};
+  EXPECT_EQ(merge({u"--dry-run"_qs}), 1);
+  EXPECT_NE(err.find("could not take in its library: it holds no library"), std::string::npos) << err;
+  EXPECT_NE(out.find("2 groups to merge"), std::string::npos) << out;
 }
