@@ -114,21 +114,11 @@ TEST_F(AtomWalk, WhatIsGoneFromTheFileIsNotWrittenBack) {
   EXPECT_EQ(reader->read(200, 10), QByteArray());
 }
 
-TEST_F(AtomWalk, TheTreeTellsItselfAndKeepsItsParents) {
-  const AtomPtr root = Atom::atomContainerFromFile(open(atom("moov", {free(1), free(2), free(3)})));
-  Atom *movie = root->childAtAtomPathCreate(u"FILE:moov"_qs);
-  EXPECT_TRUE(movie->shortDescription().endsWith(u"'moov': contains 3 items>"_qs));
-  EXPECT_TRUE(root->description().split(u'\n').value(2).startsWith(u"        <Atom"_qs));
-  EXPECT_TRUE(movie->contents()[1]->removeFromContainer());
-  EXPECT_EQ(movie->contents()[0]->nextSibling()->size(), 3U);
-  EXPECT_EQ(movie->contents()[1]->nextSibling(), nullptr);
+TEST_F(AtomWalk, AnAtomRefusesWhatItCannotBe) {
+  const AtomPtr root = Atom::atomContainerFromFile(open(atom("moov", free(1))));
   EXPECT_FALSE(root->removeFromContainer());
-  EXPECT_FALSE(movie->setSize(4));
-  AtomPtr leaf = Atom::atomWithName(Atom::kFree);
-  EXPECT_FALSE(leaf->setStringValue(QString(QChar(0xD800))));
-  leaf->setData(QByteArray("\1\2\3"));
-  EXPECT_EQ(leaf->atomHash(), 8U);
-  EXPECT_EQ(leaf->flattenedData(), be(11) + "free\1\2\3");
+  EXPECT_FALSE(root->childAtAtomPathCreate(u"FILE:moov"_qs)->setSize(4));
+  EXPECT_FALSE(Atom::atomWithName(Atom::kFree)->setStringValue(QString(QChar(0xD800))));
 }
 
 }  // namespace

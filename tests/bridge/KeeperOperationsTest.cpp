@@ -133,27 +133,14 @@ TEST_F(KeeperOperations, PlayedInformationIsAddedUp) {
 }
 
 TEST_F(KeeperOperations, InformationIsCopiedButNotCountsAndDates) {
-  const std::vector<std::pair<Key, Value>> texts{{keys::Name, u"n"_qs},
-                                                 {keys::Artist, u"a"_qs},
-                                                 {keys::AlbumArtist, u"aa"_qs},
-                                                 {keys::Album, u"al"_qs},
-                                                 {keys::Composer, u"c"_qs},
-                                                 {keys::Genre, u"g"_qs},
-                                                 {keys::Grouping, u"gr"_qs},
-                                                 {keys::Comments, u"co"_qs},
-                                                 {keys::SortName, u"sn"_qs},
-                                                 {keys::SortArtist, u"sa"_qs},
-                                                 {keys::SortAlbum, u"sal"_qs},
-                                                 {keys::SortAlbumArtist, u"saa"_qs},
-                                                 {keys::SortComposer, u"sc"_qs},
-                                                 {keys::Year, 1999},
-                                                 {keys::TrackNumber, 2},
-                                                 {keys::TrackCount, 9},
-                                                 {keys::DiscNumber, 1},
-                                                 {keys::DiscCount, 3},
-                                                 {keys::BPM, 120},
-                                                 {keys::Compilation, true},
-                                                 {keys::Rating, 80}};
+  std::vector<std::pair<Key, Value>> texts{{keys::Compilation, true}, {keys::Rating, 80}};
+  for (const Key key : {keys::Name, keys::Artist, keys::AlbumArtist, keys::Album, keys::Composer, keys::Genre,
+                        keys::Grouping, keys::Comments, keys::SortName, keys::SortArtist, keys::SortAlbum,
+                        keys::SortAlbumArtist, keys::SortComposer})
+    texts.emplace_back(key, key.text());
+  for (const Key key :
+       {keys::Year, keys::TrackNumber, keys::TrackCount, keys::DiscNumber, keys::DiscCount, keys::BPM})
+    texts.emplace_back(key, int(texts.size()));
   std::vector<std::pair<Key, Value>> whole = texts;
   whole.insert(whole.end(), {{keys::PlayCount, 5}, {keys::SkipCount, 4}, {keys::PlayDateUTC, kLater}});
   const QString from = trackWith(whole);

@@ -22,28 +22,6 @@ class Operations : public BridgeTest {
 
 }  // namespace
 
-TEST_F(Operations, LiteralScriptsReadAsTheyAlwaysDid) {
-  const struct {
-    std::function<void()> call;
-    const char *script;
-  } cases[] = {
-      {[] { versionString(); }, "return version as string"},
-      {[] { writeLibraryNow(); }, "try|save source|end try|try|save source 1|end try"},
-      {[] { intValueOfFieldOfTrackIndexOfPlayList(u"year"_qs, 3, u"Jazz"_qs); },
-       "return year of track 3 of playlist \"Jazz\""},
-      {[] { valueOfFieldOfTrackIndexOfPlayList(u"name"_qs, 3, u"Jazz"_qs); },
-       "return name of track 3 of playlist \"Jazz\""},
-      {[] { valueOfFieldOfTrackNamed(u"artist"_qs, u"So What"_qs); },
-       "return artist of track \"So What\" of playlist \"Library\""},
-      {[] { pausePlaying(); }, "pause"},
-      {[] { resumePlaying(); }, "play"},
-  };
-  for (const auto &expected : cases) {
-    expected.call();
-    EXPECT_EQ(asked(), u"tell app \"Music Keeper\"|%1|end tell"_qs.arg(QString::fromUtf8(expected.script)));
-  }
-}
-
 TEST_F(Operations, AClosedApplicationOrAnEmptyNameRunsNothing) {
   const QString none, pid = kPID, path = u"/a.mp3"_qs;
   const auto nothingRuns = [&] {
@@ -107,17 +85,6 @@ TEST_F(Operations, TheCurrentTrackIsAskedForWithALimitOfASecond) {
   EXPECT_NEAR(seconds() - start, 1.0, 0.15);
 }
 
-TEST_F(Operations, OnlyHexadecimalDigitsOfANewNameReachTheScript) {
-  changeValueInTrackWithPIDOfTypeToValue(kPID, u"Artist"_qs, u"\"%@\\ü"_qs);
-  const bool isLittle = QSysInfo::ByteOrder == QSysInfo::LittleEndian;
-  const QString script = asked();
-  EXPECT_TRUE(
-      script.contains(isLittle ? u"\"FFFE2200250040005C00FC00\""_qs : u"\"FEFF002200250040005C00FC\""_qs))
-      << qPrintable(script);
-  EXPECT_FALSE(script.contains(u"%"_qs));
-  EXPECT_TRUE(script.contains(u"if \"Artist\" is \"Artist\" then"_qs));
-}
-
 TEST_F(Operations, PlaylistLinesNeedFiveFields) {
   host.answer(u"Jazz|@1111|@4|@true|@AAAA|@more\rshort|@2222|@|@\r|@3333|@|@yes|@"_qs);
   const Array found = playlistsInfo();
@@ -168,12 +135,4 @@ TEST_F(Operations, LongPlaylistsAreNamesAndIdentifiersInPairs) {
   }
   EXPECT_TRUE(
       asked().contains(u"getPlaylistNamesAndPIDsAboveLength(\"7500\", \"U\", \"A\", \"Z\", \"C\")"_qs));
-}
-
-TEST_F(Operations, KindsOfPlaylistsHaveNames) {
-  EXPECT_EQ(playlistTypeForKind(Value(4)).toText(), u"Music"_qs);
-  EXPECT_EQ(playlistTypeForKind(u"31"_qs).toText(), u"iTunes U"_qs);
-  EXPECT_EQ(playlistTypeForKind(Value(7)).toInteger(), 7);
-  EXPECT_EQ(playlistTypeForKind(u"x"_qs).toText(), u"x"_qs);
-  EXPECT_TRUE(playlistTypeForKind(Value()).isNull());
 }

@@ -197,24 +197,22 @@ TEST_F(StoreFixture, ADamagedPageIsToldAndNotServedAsTruth) {
 TEST_F(StoreFixture, AStoreThatCannotGrowKeepsItsOldState) {
   add(QStringLiteral("a"));
   store.close();
-  const QByteArray told = runAndKill(
-      [&](int pipe) {
-        ::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{300000, 300000};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        LibraryStore full;
-        if (!full.open(storeFolder()).isEmpty()) return;
-        try {
-          StoreBatch batch(full);
-          for (int number = 0; number < 100; ++number) full.tracks().add(named(QString(50000, u'x')));
-          batch.commit();
-        } catch (const StoreError &) {
-          const bool isAsBefore = full.tracks().count() == 1;
-          if (::write(pipe, isAsBefore ? "y" : "n", 1) != 1) return;
-        }
-      },
-      1, 0);
-  EXPECT_EQ(told, "y");
+  const auto fill = [this] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{300000, 300000};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    LibraryStore full;
+    if (!full.open(storeFolder()).isEmpty()) ::_exit(2);
+    try {
+      StoreBatch batch(full);
+      for (int number = 0; number < 100; ++number) full.tracks().add(named(QString(50000, u'x')));
+      batch.commit();
+    } catch (const StoreError &) {
+      ::_exit(full.tracks().count() == 1 ? 0 : 3);
+    }
+    ::_exit(4);
+  };
+  EXPECT_EXIT(fill(), ::testing::ExitedWithCode(0), "");
   reopen();
   EXPECT_EQ(store.tracks().count(), 1);
   EXPECT_EQ(store.integrityReport(), QString());

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include "keeper/library/EntryTable.h"
 #include "keeper/library/LibraryStore.h"
 #include "keeper/library/PlaylistTable.h"
@@ -26,10 +24,6 @@ class StoreFixture : public TestPlatform {
 
   LibraryStore store;
 };
-
-/// Runs `child` in a process of its own, which tells of what it has done by writing bytes to the descriptor
-/// that it gets; ends it with SIGKILL after `bytes` bytes and `microseconds` more. What it wrote in all.
-QByteArray runAndKill(const std::function<void(int)> &child, qsizetype bytes, unsigned microseconds);
 
 /// The file's tree as the system's parser reads it.
 Value treeOf(const QString &xmlPath);
