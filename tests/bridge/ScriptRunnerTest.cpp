@@ -20,6 +20,22 @@ TEST_F(ScriptRunner, PutsTheApplicationsNameInPlaceOfTheQuotedOneOnly) {
             QStringList{u"tell app \"Music Keeper\" to say \"Music Keeper\" -- iTunes \"my iTunes\""_qs});
 }
 
+TEST_F(ScriptRunner, AThreadThatWaitedBeyondTheEndOfThePlatformRunsNothing) {
+  host.answerAfter(5, u"late"_qs);
+  host.answerAfter(5, u"late"_qs);
+  Workers workers;
+  for (int i = 0; i < 2; ++i) {
+    workers.detach(u"untimed"_qs, [] { stringFromScript(kScript); });
+    workers.detach(u"timed"_qs, [] { descFromScriptTimeoutSeconds(kScript, 0.1f); });
+  }
+  time.run(1);
+  services.scriptHost = nullptr;
+  setPlatform(services);
+  time.run(10);
+  workers.joinAll();
+  EXPECT_LE(host.scripts().size(), 2);
+}
+
 TEST_F(ScriptRunner, UntimedResultsComeAsTextAndAsNumber) {
   const struct {
     ScriptDescriptor result;

@@ -1,3 +1,4 @@
+#include "bridge/iTunesInterface.h"
 #include "support/Preferences.h"
 #include "tests/repairs/SupervisionFixture.h"
 
@@ -43,7 +44,7 @@ TEST_F(MergeSupervision, WhatEndsARunAndHow) {
     view.mergesEnded = 0;
     view.cancelEnabled = true;
     exitCode = -1;
-    session.launches = commands = 0;
+    workspace->launches = commands = 0;
     state.merge.mNumberOfNoProgressRestarts = each.earlierRestarts;
     begin(each.inStep ? 2 : 0);
     if (each.event == Event::Cancel) {
@@ -59,7 +60,7 @@ TEST_F(MergeSupervision, WhatEndsARunAndHow) {
     // The tick takes its time; a command may follow it.
     time.run(0.6);
     EXPECT_EQ(exitCode, each.exitCode);
-    EXPECT_EQ(session.launches, each.launches);
+    EXPECT_EQ(workspace->launches, each.launches);
     EXPECT_EQ(commands, each.commands);
     EXPECT_EQ(view.mergesEnded, each.ends);
     EXPECT_EQ(saved.readStateExists(), each.stateIsWritten);
@@ -77,12 +78,54 @@ TEST_F(MergeSupervision, WhatEndsARunAndHow) {
   EXPECT_TRUE(logContains(u"Merge duplicates timeout (140.5 > 140.0), cancelling ..."_qs));
 }
 
-TEST_F(MergeSupervision, AStallTriesTheGroupOnTopLast) {
-  begin();
-  time.run(160);
-  EXPECT_EQ(listedPIDs(), u"234501"_qs);
-  EXPECT_EQ(commands, 1);
-  EXPECT_FALSE(state.merge.mGoesOnAfterStall);
+TEST_F(MergeSupervision, AFrozenApplicationHoldsTheEndUpNoLongerThanItIsAsked) {
+  time.setPatience(0.002);
+  putTool();
+  for (const bool isInStep : {false, true}) {
+    // The worker's script, and the one that is to quit the application.
+    if (isInStep) host.answerAfter(1e5, u"late"_qs);
+    host.answerAfter(1e5, u"late"_qs);
+    begin(isInStep ? 3 : 0);
+    if (isInStep) state.workers.detach(u"step"_qs, [] { iTunesInterface::stringFromScript(u"hang"_qs); });
+    // The silence itself is asked about, by the application's version.
+    state.health.setiTunesResponsive(true);
+    time.run(140);
+    const double stall = time.now().seconds;
+    time.run(0.5);
+    EXPECT_LT(time.now().seconds - stall, 15);
+    EXPECT_EQ(exitCode, isInStep ? 0 : -1);
+    EXPECT_TRUE(host.scripts().last().contains(u"to quit"_qs)) << qPrintable(host.scripts().join(u'\n'));
+    operation.finish();
+  }
+  EXPECT_EQ(workspace->launches, 2);
+}
+
+TEST_F(MergeSupervision, AStallTriesTheGroupOnTopLastUnlessTheUserDoesSomethingElse) {
+  enum class User { Waits, Scans, MergesHimself, HasASheet };
+  const struct {
+    User user;
+    int commands, ends;
+  } cases[] = {
+      {User::Waits, 1, 0}, {User::Scans, 0, 1}, {User::MergesHimself, 1, 0}, {User::HasASheet, 1, 0}};
+  for (const auto &each : cases) {
+    const int user = int(each.user);
+    const QString first = listedPIDs().left(2);
+    commands = view.mergesEnded = 0;
+    begin();
+    ASSERT_TRUE(time.runUntil([this] { return state.merge.mGoesOnAfterStall; }, 150)) << user;
+    EXPECT_EQ(listedPIDs().right(2), first) << user;
+    if (each.user == User::Scans) operation.reserve();
+    if (each.user == User::MergesHimself) command();
+    view.otherSheet = each.user == User::HasASheet;
+    time.run(2);
+    EXPECT_EQ(commands, view.otherSheet ? 0 : each.commands) << user;
+    view.otherSheet = false;
+    time.run(1);
+    EXPECT_EQ(commands, each.commands) << user;
+    EXPECT_EQ(view.mergesEnded, each.ends) << user;
+    EXPECT_FALSE(state.merge.mGoesOnAfterStall) << user;
+    operation.finish();
+  }
 }
 
 TEST_F(MergeSupervision, AFinishedRowRestartsTheClockAndShows) {
@@ -141,21 +184,27 @@ TEST_F(MergeSupervision, EachReasonHasItsReaction) {
   broken.set(keys::tracksummaries, songs);
   broken.set(keys::tracks, tracks);
   brokenDetails.insert(u"broken:|@Best of|@T1"_qs, broken);
+  // The sheet with a part of its message, and what the report tells besides the sheet's title.
   const struct {
     const char *reason;
     bool tracksAreMissing;
-    const char *sheet, *message;
+    const char *sheet, *message, *path, *told;
     int begins, numberUpdates;
-  } cases[] = {{"missingError:/Music/a.mp3", false, "MergeMissingErrorTitle", "\n\n/Music/a.mp3\n\n", 1, 1},
-               {"deleteError:/Music/a.mp3", false, "MergeDeleteErrorTitle", "\n\n/Music/a.mp3\n\n", 1, 1},
-               {"error: unknown 5%", false, "PlaylistOtherErrorTitle", "\n\nerror: unknown 5%\n\n", 1, 1},
-               {"trashErrors", false, "PlaylistOtherErrorTitle", "trashErrors", 1, 1},
-               {"trashError", false, "TrashFailureTitle", "No file was deleted", 1, 0},
-               {"missingError: timed out", false, "", "", 2, 0},
-               {"broken: timed out", false, "PlaylistBrokenSongsUnknownTitle", "\n\nUnknown\n\n", 1, 1},
-               {"broken:|@Best of|@T1", false, "PlaylistBrokenSongsUnknownTitle", "Song 9\n...\n", 1, 1},
-               {"broken:|@Best of|@T1", true, "MergeFailWithMissingFilesTitle", "missing", 1, 1},
-               {"error: timed out", true, "MergeFailWithMissingFilesTitle", "missing", 1, 1}};
+  } cases[] = {
+      {"missingError:/M/a", false, "MergeMissingErrorTitle", "\n\n/M/a\n\n", "/M/a", "", 1, 1},
+      {"missingError:(null)", false, "MergeMissingErrorTitle", "(null)", "", ": missingError:(null)", 1, 1},
+      {"deleteError:/M/a", false, "MergeDeleteErrorTitle", "\n\n/M/a\n\n", "/M/a", "", 1, 1},
+      {"error: no 5%", false, "PlaylistOtherErrorTitle", "\n\nerror: no 5%\n\n", "", ": error: no 5%", 1, 1},
+      {"trashErrors", false, "PlaylistOtherErrorTitle", "trashErrors", "", ": trashErrors", 1, 1},
+      {"trashError", false, "TrashFailureTitle", "No file was deleted", "", "", 1, 0},
+      {"missingError: timed out", false, "", "", "", "", 2, 0},
+      {"broken: timed out", false, "PlaylistBrokenSongsUnknownTitle", "\n\nUnknown\n\n", "", "", 1, 1},
+      {"broken:|@Best of|@T1", false, "PlaylistBrokenSongsUnknownTitle", "Song 9\n...\n", "",
+       ": Best of, Song 1, Song 2", 1, 1},
+      {"broken:|@Best of|@T1", true, "MergeFailWithMissingFilesTitle", "missing", "", ": Best of, Song 1", 1,
+       1},
+      {"error: timed out", true, "MergeFailWithMissingFilesTitle", "missing", "", ": error: timed out", 1,
+       1}};
   for (const auto &each : cases) {
     SCOPED_TRACE(each.reason);
     view.calls.clear();
@@ -167,7 +216,9 @@ TEST_F(MergeSupervision, EachReasonHasItsReaction) {
     begin();
     // A worker that is cancelled in its last group counts as one that has finished.
     state.operation.setCancelOperationReason(QString::fromUtf8(each.reason));
+    state.operation.setCurrentActionTitle(u"The group"_qs);
     state.operation.mCompletedOperation = true;
+    state.merge.report.clear();
     time.run(0.5);
     const bool retries = each.begins == 2;
     EXPECT_EQ(begins, each.begins);
@@ -179,6 +230,14 @@ TEST_F(MergeSupervision, EachReasonHasItsReaction) {
     if (!view.alerts.isEmpty()) {
       const QString message = view.alerts.first().message;
       EXPECT_TRUE(message.contains(QString::fromUtf8(each.message))) << message.toStdString();
+    }
+    const std::vector<MergeFailure> failures = state.merge.report.contents().failures;
+    ASSERT_EQ(failures.size(), retries ? 0u : 1u);
+    for (const MergeFailure &failure : failures) {
+      EXPECT_EQ(failure.title, u"The group"_qs);
+      EXPECT_EQ(failure.path, QString::fromUtf8(each.path));
+      EXPECT_TRUE(failure.reason.startsWith(view.alerts.first().title + QString::fromUtf8(each.told)))
+          << failure.reason.toStdString();
     }
     operation.finish();
   }
@@ -199,7 +258,8 @@ TEST_F(MergeSupervision, ARetryCarriesItsCountOn) {
 }
 
 TEST_F(MergeSupervision, CollectedDuplicatesAreToldOfBehindTheReason) {
-  prefs::set(prefs::unkeptActionPolicy, 2);
+  // What counts is what the run was begun with.
+  settings.policy = int(UnkeptPolicy::Playlist);
   begin();
   state.operation.mNumberOfCompletedItems = 1;
   state.operation.setCancelOperationReason(u"error: unknown"_qs);
@@ -221,11 +281,17 @@ TEST_F(MergeSupervision, ARunDoesNotEndBeforeItsThread) {
   time.run(0.5);
   EXPECT_EQ(view.mergesEnded, 1);
   EXPECT_FALSE(operation.isBusy());
-  // One that never ends takes the process with it.
+  // One that never ends takes the process with it, but not while it counts the library.
   begin();
   isWorking = true;
-  state.operation.mCancelOperation = true;
-  time.run(62);
+  for (int minute = 0; minute < 8; ++minute) {
+    ++state.merge.countingSteps;
+    time.run(55);
+    EXPECT_EQ(state.operation.mCancelOperation, minute > 3);
+    if (minute == 3) state.operation.mCancelOperation = true;
+  }
+  EXPECT_EQ(exitCode, -1);
+  time.run(8);
   EXPECT_EQ(exitCode, 1);
   EXPECT_EQ(terminations, 1);
 }

@@ -81,6 +81,7 @@ TEST_F(SavedMerge, OnlyAYoungFileIsTakenUp) {
   } cases[] = {{239, true}, {240, false}, {0, false}, {-5, false}, {0.5, true}};
   for (const auto &each : cases) {
     putState(good, each.age);
+    EXPECT_EQ(saved.isStateUsable(), each.isTaken) << each.age;
     EXPECT_EQ(saved.readState(), each.isTaken) << each.age;
     EXPECT_FALSE(saved.readStateExists()) << each.age;
   }
@@ -91,6 +92,7 @@ TEST_F(SavedMerge, WhatIsNoStateOfOursChangesNothing) {
   const QByteArray bytes = readFile(SavedState::statePath());
   const auto refused = [this](const char *what) {
     const Array before = state.lists.mDuplicateSongDicts;
+    EXPECT_FALSE(saved.isStateUsable()) << what;
     EXPECT_FALSE(saved.readState()) << what;
     EXPECT_TRUE(state.lists.mDuplicateSongDicts.isSame(before)) << what;
     EXPECT_FALSE(saved.readStateExists()) << what;
@@ -212,13 +214,18 @@ TEST_F(SavedMerge, AProgramThatCannotBeOpenedAgainLeavesTheStateAlone) {
   saved.isUsed = false;
   EXPECT_FALSE(saved.readState());
   EXPECT_FALSE(saved.writeState());
+  EXPECT_FALSE(saved.isStateUsable());
   EXPECT_TRUE(saved.readStateExists());
 }
 
 TEST_F(SavedMerge, TheToolIsToldTheApplicationAndTheProcess) {
-  EXPECT_FALSE(saved.prepareRelaunch());
+  for (const bool isFolder : {false, true}) {
+    if (isFolder) QDir().mkpath(saved.toolPath);
+    EXPECT_FALSE(saved.prepareRelaunch());
+  }
   EXPECT_EQ(terminations, 0);
-  EXPECT_TRUE(logContains(u"prepareRelaunch could not find relaunch"_qs));
+  EXPECT_EQ(logText().count(u"prepareRelaunch could not find relaunch"_qs), 2);
+  QDir().rmdir(saved.toolPath);
   writeFile(saved.toolPath, "no program");
   QFile::setPermissions(saved.toolPath, QFile::ReadOwner | QFile::ExeOwner);
   EXPECT_FALSE(saved.prepareRelaunch());

@@ -5,12 +5,12 @@
 
 #include "app/ApplicationWatch.h"
 #include "app/state/AppState.h"
-#include "app/state/Commands.h"
 #include "app/state/Operation.h"
 #include "repairs/MergeSupervisor.h"
 #include "repairs/SavedState.h"
 #include "scanners/DuplicateGroups.h"
 #include "tests/bridge/ScriptedHost.h"
+#include "tests/fixtures/IdleCommands.h"
 #include "tests/fixtures/RecordingWorkspace.h"
 #include "tests/fixtures/ScriptedView.h"
 #include "tests/fixtures/TestPlatform.h"
@@ -18,35 +18,19 @@
 
 /// The supervisor with its saved state, a music application that answers every script with nothing, and a
 /// worker that does what the test says.
-class Supervision : public TestPlatform, public Commands {
+class Supervision : public TestPlatform, public IdleCommands {
  protected:
-  class View : public ScriptedView {
-   public:
-    void mergeDidEnd() override { ++mergesEnded; }
-    int mergesEnded = 0;
-  };
-  class Session : public RecordingWorkspace {
-   public:
-    using RecordingWorkspace::RecordingWorkspace;
-    std::vector<RunningApplication> runningApplications() const override {
-      return {{u"com.brinmoor.keeper"_qs, u"Music Keeper"_qs}};
-    }
-    bool launchApplication(const QString &) override { return ++launches > 0; }
-    int launches = 0;
-  };
-
   Supervision()
-      : session(folder(u"home/Trash"_qs)),
-        state(view),
+      : state(view),
         operation(state),
         groups(state),
         saved(state, groups),
         watch(state, operation),
         supervisor({state, operation, saved, groups, watch, [this] { command(); }, [this] { begin(); },
-                    [this] { return isWorking; },
+                    [this] { return isWorking; }, [this] { return settings; },
                     [this](const QString &text) { return brokenDetails.value(text); }}) {
     services.scriptHost = &host;
-    services.workspace = &session;
+    workspace->running = {RecordingWorkspace::musicApplication()};
     setPlatform(services);
     state.commands = this;
     supervisor.endProcess = [this](int code) {
@@ -97,6 +81,7 @@ class Supervision : public TestPlatform, public Commands {
   }
   void command() {
     ++commands;
+    state.merge.mGoesOnAfterStall = false;
     operation.reserve();
   }
   /// The step ends after so many seconds, by a worker that goes to the main thread before.
@@ -109,23 +94,8 @@ class Supervision : public TestPlatform, public Commands {
   }
   bool ranScriptWith(const QString &text) const { return !host.scripts().filter(text).isEmpty(); }
 
-  void doGetDefaultLibraryWhenNewerThan(std::optional<Date>) override {}
-  void reloadLibraryAndScan() override {}
-  void doFindProblems() override {}
-  void scanLibraryForProblems() override {}
-  void launchiTunesAndScanWhenReady() override {}
-  void chooseNewMediaFolder() override {}
-  void setStripesForDupesFromIndex(qint32) override {}
-  void doAutomark() override {}
-  void noteAppliedAutomarkValues() override {}
-  void updateProblemNumbers() override { ++numberUpdates; }
-  void revealPreferencesTab(const QString &) override {}
-  void customTerminate() override {}
-  void quitNow() override {}
-
   ScriptedHost host;
-  Session session;
-  View view;
+  ScriptedView view;
   AppState state;
   Operation operation;
   DuplicateGroups groups;
@@ -133,6 +103,7 @@ class Supervision : public TestPlatform, public Commands {
   ApplicationWatch watch;
   MergeSupervisor supervisor;
   QHash<QString, Dictionary> brokenDetails;
+  MergeSettings settings;
   bool isWorking = false;
-  int begins = 0, commands = 0, terminations = 0, numberUpdates = 0, hops = 0, exitCode = -1;
+  int begins = 0, commands = 0, terminations = 0, hops = 0, exitCode = -1;
 };
