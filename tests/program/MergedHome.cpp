@@ -1,6 +1,7 @@
 #include "tests/program/MergedHome.h"
 
 #include <signal.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QDirIterator>
@@ -78,7 +79,12 @@ QByteArray playlistsXml(const std::vector<QByteArrayList> &lists) {
 
 MergedHome::~MergedHome() {
   if (program.state() != QProcess::NotRunning) killMerge();
-  killKeeper();
+  // One that goes with its parent may have started another by then.
+  EXPECT_TRUE(eventually([this] {
+    const std::vector<pid_t> left = processesOf("");
+    for (const pid_t id : left) ::kill(id, SIGKILL);
+    return left.empty();
+  }));
 }
 
 void MergedHome::makeHome(int songs, std::mt19937 &random) {
@@ -141,20 +147,55 @@ void MergedHome::killKeeper() {
 }
 
 QByteArray MergedHome::journal() const {
-  QDirIterator files(path(QStringLiteral("home")), {QStringLiteral("Merge Journal.json")}, QDir::Files,
+  QDirIterator files(path(QStringLiteral("home")), {QStringLiteral("Merge Journal")}, QDir::Files,
                      QDirIterator::Subdirectories);
   return files.hasNext() ? readFile(files.next()) : QByteArray();
 }
 
-void MergedHome::startMerge(int policy) {
+std::vector<pid_t> MergedHome::processesOf(const char *executable) const {
+  const QByteArray home = '\0' + QByteArray("HOME=") + QFile::encodeName(path(QStringLiteral("home"))) + '\0';
+  const QString wanted = QString::fromUtf8(executable);
+  std::vector<pid_t> found;
+  for (const QString &name : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+    const QString folder = QStringLiteral("/proc/") + name;
+    const pid_t id = name.toInt();
+    if (id <= 0 || id == ::getpid() || !('\0' + readFile(folder + QStringLiteral("/environ"))).contains(home))
+      continue;
+    if (wanted.isEmpty() || QFile::symLinkTarget(folder + QStringLiteral("/exe")) == wanted)
+      found.push_back(id);
+  }
+  return found;
+}
+
+void MergedHome::begin(const QString &executable, const QStringList &arguments) {
   journalAtStart = journal();
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(QStringLiteral("TMPDIR"), path(QStringLiteral("home")));
+  program.setProcessEnvironment(environment);
   program.setProcessChannelMode(QProcess::MergedChannels);
+  program.start(executable, arguments);
+  ASSERT_TRUE(program.waitForStarted());
+}
+
+void MergedHome::startWindow(int policy, const QStringList &arguments) {
+  writeFile(path(QStringLiteral("home/XDG_CONFIG_HOME/tallyfen/com.brinmoor.tallyfen.plist")),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>" +
+                entry("unkeptActionPolicy", "integer", QByteArray::number(policy)) +
+                entry("unkeptPath", "string", unkeptFolder().toUtf8()) + "</dict></plist>");
+  begin(QStringLiteral(MERGING_APPLICATION), arguments);
+}
+
+QStringList MergedHome::windowTold() const {
+  return QString::fromUtf8(readFile(path(QStringLiteral("home/Merging.txt"))))
+      .split(u'\n', Qt::SkipEmptyParts);
+}
+
+void MergedHome::startMerge(int policy) {
   QStringList arguments{QStringLiteral("merge"), QStringLiteral("--yes"), QStringLiteral("--json"),
                         QStringLiteral("--policy"),
                         policy ? QStringLiteral("folder") : QStringLiteral("trash")};
   if (policy) arguments << QStringLiteral("--folder") << unkeptFolder();
-  program.start(QStringLiteral(TALLYFENCTL), arguments);
-  ASSERT_TRUE(program.waitForStarted());
+  begin(QStringLiteral(TALLYFENCTL), arguments);
 }
 
 void MergedHome::waitForFirstSteps() {

@@ -8,9 +8,10 @@
 
 /// A home with a library of songs in several copies, each a real file with audio of its own, with plays,
 /// skips and playlists that hold the copies at places known beforehand; a keeper's process that serves it;
-/// and the terminal's program that merges it.
+/// and the two programs that merge it: the terminal's, and the window's with a quick clock.
 class MergedHome : public KeeperProcess {
  protected:
+  /// Ends every process of the home.
   ~MergedHome() override;
 
   /// Makes the home anew and has a keeper take it in.
@@ -19,8 +20,17 @@ class MergedHome : public KeeperProcess {
   void ensureKeeper();
   void killKeeper();
 
-  /// Starts the program on "merge --yes" with the policy of a number, 0 or 1.
+  /// Starts the terminal's program on "merge --yes" with the policy of a number, 0 or 1.
   void startMerge(int policy);
+  /// The same with the window's program. An argument stands for the tool that opens it again.
+  void startWindow(int policy, const QStringList &arguments = {});
+  /// What the window's programs of this home have told, a line each: "launch", "scan", "alert KEY", "sheet
+  /// KEY", "failure PATH: REASON", and at the very end "end tracks N plays N files N".
+  QStringList windowTold() const;
+  /// Where the window's program puts the state of a merge that is stuck.
+  QString statePath() const { return path(QStringLiteral("home/com.brinmoor.tallyfen.state.plist")); }
+  /// The processes that run a program with this path in this home.
+  std::vector<pid_t> processesOf(const char *executable) const;
   /// Waits until the merge moves the first counts, or has ended.
   void waitForFirstSteps();
   /// Waits for the merge's end: its exit code, -1 if a signal ended it. Fails if it goes on for minutes.
@@ -52,6 +62,8 @@ class MergedHome : public KeeperProcess {
   QString musicFolder() const { return libraryFolder() + QStringLiteral("/iTunes Media/Music"); }
   QString unkeptFolder() const { return path(QStringLiteral("unkept")); }
   QByteArray journal() const;
+  void begin(const QString &executable, const QStringList &arguments);
+  void killAll();
   void collectAudio(const QString &folder, QSet<int> *audio) const;
 
   QByteArray journalAtStart;

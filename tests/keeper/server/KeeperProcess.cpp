@@ -126,11 +126,11 @@ std::optional<keeperProtocol::Status> KeeperProcess::status(int milliseconds) co
   return statusOfKeeper(place, std::chrono::milliseconds(milliseconds));
 }
 
-bool KeeperProcess::eventually(const std::function<bool()> &holds) {
+bool KeeperProcess::eventually(const std::function<bool()> &holds, int seconds) {
   QElapsedTimer elapsed;
   elapsed.start();
   while (!holds()) {
-    if (elapsed.elapsed() > 30000) return false;
+    if (elapsed.elapsed() > seconds * 1000) return false;
     QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
     std::this_thread::sleep_for(2ms);
   }

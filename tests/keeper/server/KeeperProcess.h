@@ -40,8 +40,8 @@ class KeeperProcess : public ::testing::Test {
   /// The same for one command to it.
   QString tell(const QString &command);
   std::optional<keeperProtocol::Status> status(int milliseconds = 10000) const;
-  /// Asks again and again until it holds, and serves events meanwhile; false after half a minute.
-  static bool eventually(const std::function<bool()> &holds);
+  /// Asks again and again until it holds, and serves events meanwhile; false after so many seconds.
+  static bool eventually(const std::function<bool()> &holds, int seconds = 30);
 
   QTemporaryDir temporary;
   const KeeperPlace place;
