@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <cstdio>
 
 #include "platform/Platform.h"
@@ -35,11 +36,27 @@ int nameApplication(const QString &application, const QString &from, const QStri
   return write(to, text->toUtf8()) ? 0 : fail(QStringLiteral("cannot write ") + to);
 }
 
+/// A script's text. A line "-- with NAME" stands for what several scripts share: "shared/NAME.applescript".
+std::optional<QString> wholeScript(const QString &path) {
+  static const QRegularExpression line(QStringLiteral("^-- with (\\w+)\n"),
+                                       QRegularExpression::MultilineOption);
+  std::optional<QString> text = read(path);
+  while (text) {
+    const QRegularExpressionMatch found = line.match(*text);
+    if (!found.hasMatch()) break;
+    const auto shared =
+        read(QStringLiteral("%1/shared/%2.applescript").arg(QFileInfo(path).path(), found.captured(1)));
+    if (!shared) return std::nullopt;
+    text->replace(found.capturedStart(), found.capturedLength(), *shared);
+  }
+  return text;
+}
+
 int pack(const QString &packed, const QStringList &scripts) {
   const Dictionary table = Dictionary::make();
   for (const QString &path : scripts) {
-    const std::optional<QString> text = read(path);
-    if (!text) return fail(QStringLiteral("cannot read as UTF-8: ") + path);
+    const std::optional<QString> text = wholeScript(path);
+    if (!text) return fail(QStringLiteral("cannot read it and what it shares as UTF-8: ") + path);
     table.set(Key(QFileInfo(path).completeBaseName()), *text);
   }
   QString error;
