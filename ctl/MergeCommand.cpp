@@ -122,10 +122,12 @@ std::optional<MergePlan> MergeCommand::planOf(const Wishes &wishes, const MergeP
   }
   if (run->application().mergeEngine().haveUnkeptFolderPathProblem()) {
     const QString folder = prefs::text(prefs::unkeptPath);
-    const QString what = QFileInfo(folder).isDir()
-                             ? QStringLiteral("the folder \"%1\" for the files cannot be read")
-                             : QStringLiteral("there is no folder \"%1\" for the files");
-    terminal.say(what.arg(printable(folder)) + QStringLiteral("; name one with --folder"));
+    const bool isThere = QFileInfo(folder).isDir();
+    const QString what =
+        folder.isEmpty() ? QStringLiteral("no folder for the files is set")
+        : isThere ? QStringLiteral("the folder \"%1\" for the files cannot be read").arg(printable(folder))
+                  : QStringLiteral("there is no folder \"%1\" for the files").arg(printable(folder));
+    terminal.say(what + QStringLiteral("; name one with --folder"));
     return std::nullopt;
   }
   MergePlan plan = makeMergePlan(state, MergeSettings::fromPreferences());

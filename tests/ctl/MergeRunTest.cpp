@@ -179,6 +179,10 @@ struct Stop {
   const char *message;
 };
 
+void PrintTo(const Stop &stop, std::ostream *out) {
+  *out << stop.name;
+}
+
 class MergeStopTest : public MergeRunTest, public ::testing::WithParamInterface<Stop> {};
 
 TEST_P(MergeStopTest, TheJsonIsWholeAndTellsWhatWasDoneAndWhatStoppedIt) {
