@@ -162,7 +162,7 @@ TEST_F(Controller, AScanIsMarkedUnlessItsGroupsAreLoose) {
   }
 }
 
-TEST_F(Controller, TheEndOfTheProcessWritesWhatIsRemembered) {
+TEST_F(Controller, TheEndOfTheProcessWritesWhatIsRememberedAndClosesTheLog) {
   AppState &state = controller.appState();
   setPreference(prefs::manualMediaPath, QStringLiteral("/M"));
   const Array pids = Array::make();
@@ -170,17 +170,19 @@ TEST_F(Controller, TheEndOfTheProcessWritesWhatIsRemembered) {
   state.ignoredDuplicates.addIgnoredDuplicatePIDs(pids);
   state.untrustedLocations.untrustedLocationPIDsArray().append(QStringLiteral("B"));
   EXPECT_EQ(preference(QStringLiteral("NotDup-/M")).toArray().size(), 0);
+  controller.problemWindowFrame = [] { return QStringLiteral("{{1, 2}, {3, 4}}"); };
+  BMLog("something");
+  SongFileInfoCache &cache = SongFileInfoCache::sharedCache();
+  const QString song = folder(QStringLiteral("music/a.mp3"));
+  const QString remembered = cache.pathForKeyNumber(*SongFileInfoCache::keyNumberForPath(song));
+  cache.storeInfoForSongFileAtPath(Dictionary::make(), song);
   controller.applicationWillTerminate();
+  EXPECT_TRUE(QFile::exists(remembered)) << "what was learned of songs";
+  EXPECT_EQ(prefs::text(prefs::problemWinFrame), QStringLiteral("{{1, 2}, {3, 4}}"));
+  EXPECT_FALSE(QFile::exists(logFilePath()));
+  EXPECT_TRUE(QFile::exists(logFilePath().chopped(4) + QStringLiteral(".zip")));
   EXPECT_EQ(preference(QStringLiteral("NotDup-/M")).toArray().size(), 1);
   EXPECT_EQ(preference(prefs::untrustedPIDs_3).toArray().at(0).toText(), QStringLiteral("B"));
-}
-
-TEST_F(Controller, AScanFixesTheKeyOfTheDeclarations) {
-  putLibrary(libraryXml(2));
-  launch();
-  setPreference(prefs::manualMediaPath, QStringLiteral("/elsewhere"));
-  EXPECT_EQ(controller.appState().ignoredDuplicates.ignoredDuplicatePIDsPrefsKey(),
-            QStringLiteral("NotDup-/M"));
 }
 
 TEST_F(Controller, ALibraryThatCannotBeReadIsToldAndLeavesAnEmptyOne) {
@@ -212,15 +214,6 @@ TEST_F(Controller, ALibraryThatCannotBeReadIsToldAndLeavesAnEmptyOne) {
   }
 }
 
-TEST_F(Controller, ALibraryCutAnywhereLoadsWhatCameBefore) {
-  const QByteArray whole = libraryXml(3);
-  const qsizetype cut = whole.indexOf("Song 3");
-  putLibrary(whole.left(cut));
-  launch();
-  EXPECT_EQ(view.loadedTracks, 2);
-  EXPECT_EQ(view.scansEnded, 1);
-}
-
 TEST_F(Controller, NoScanAtStartupStartsNothing) {
   putLibrary(libraryXml(3));
   setPreference(prefs::noScanAtStartup, true);
@@ -240,19 +233,6 @@ TEST_F(Controller, ABusyFlagBeepsAndStartsNothing) {
   EXPECT_EQ(view.calls.count(QStringLiteral("beep")), 2);
   EXPECT_TRUE(logContains(QStringLiteral("!!! scanLibraryForProblems invoked while busy")));
   EXPECT_TRUE(logContains(QStringLiteral("!!! reloadLibraryAndScan invoked while busy")));
-}
-
-TEST_F(Controller, AChangedLibraryFileIsLoadedAgainBeforeTheScan) {
-  putLibrary(libraryXml(3));
-  launch();
-  EXPECT_TRUE(view.noted("alert NoProblemsTitle"));
-  putLibrary(libraryXml(5));
-  QFile file(folder(libraryFile));
-  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-  file.setFileTime(QDateTime::currentDateTime().addSecs(60), QFile::FileModificationTime);
-  scanAgain();
-  EXPECT_EQ(view.loadedTracks, 5);
-  EXPECT_TRUE(logContains(QStringLiteral("... scan ended early, library stale")));
 }
 
 TEST_F(Controller, AFileThatVanishedDoesNotStopAScan) {
@@ -454,18 +434,4 @@ TEST_F(Controller, ALibraryIsStaleFromMoreThanHalfASecondOn) {
     scanAgain();
     EXPECT_EQ(view.loadedTracks, loads > 0 ? 3 : -1) << olderBy.value_or(-1);
   }
-}
-
-TEST_F(Controller, TheEndRemembersTheWindowsAndClosesTheLog) {
-  controller.problemWindowFrame = [] { return QStringLiteral("{{1, 2}, {3, 4}}"); };
-  BMLog("something");
-  SongFileInfoCache &cache = SongFileInfoCache::sharedCache();
-  const QString song = folder(QStringLiteral("music/a.mp3"));
-  const QString remembered = cache.pathForKeyNumber(*SongFileInfoCache::keyNumberForPath(song));
-  cache.storeInfoForSongFileAtPath(Dictionary::make(), song);
-  controller.applicationWillTerminate();
-  EXPECT_TRUE(QFile::exists(remembered)) << "what was learned of songs";
-  EXPECT_EQ(prefs::text(prefs::problemWinFrame), QStringLiteral("{{1, 2}, {3, 4}}"));
-  EXPECT_FALSE(QFile::exists(logFilePath()));
-  EXPECT_TRUE(QFile::exists(logFilePath().chopped(4) + QStringLiteral(".zip")));
 }

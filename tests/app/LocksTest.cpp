@@ -10,17 +10,6 @@
 
 using Locks = TestPlatform;
 
-TEST_F(Locks, AListHasOneLockUntilAllAreCleared) {
-  ObjectLocks locks;
-  const int first = 0, second = 0;
-  const ObjectLock lock = locks.threadLockForObject(&first);
-  EXPECT_EQ(lock, locks.threadLockForObject(&first));
-  EXPECT_NE(lock, locks.threadLockForObject(&second));
-  EXPECT_EQ(locks.threadLockForObject(nullptr), nullptr);
-  locks.clearAllLocks();
-  EXPECT_NE(lock, locks.threadLockForObject(&first));
-}
-
 TEST_F(Locks, ClearingWaitsForTheHolder) {
   ObjectLocks locks;
   const int object = 0;
