@@ -8,9 +8,9 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
+#include "platform/FolderEntry.h"
 #include "platform/qt/TrashFolder.h"
 #include "platform/qt/WholeCopy.h"
 
@@ -38,23 +38,10 @@ dev_t deviceOf(QByteArray folder) {
   return facts.st_dev;
 }
 
-/// Renames, but not over anything.
-bool renameBeside(const QByteArray &from, const QByteArray &to) {
-  if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) return true;
-  // Some file systems do not know how to refuse. In a folder of the user's own nobody else makes names.
-  if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) return false;
-  struct stat facts = {};
-  if (::lstat(to.constData(), &facts) == 0) {
-    errno = EEXIST;
-    return false;
-  }
-  return std::rename(from.constData(), to.constData()) == 0;
-}
-
 bool moveInto(const TrashFolder &trash, const QByteArray &original) {
   const auto name = trash.reserve(original);
   if (!name) return false;
-  if (renameBeside(original, trash.fileOf(*name))) return true;
+  if (folderEntry::renameWithoutReplacing(original, trash.fileOf(*name))) return true;
   trash.release(*name);
   return false;
 }
@@ -73,7 +60,7 @@ const char *copyInto(const TrashFolder &trash, const QByteArray &original) {
   }
   WholeCopy::Removed removed = WholeCopy::Removed::Nothing;
   const QByteArray target = trash.fileOf(*name);
-  if (!renameBeside(unfinished, target)) {
+  if (!folderEntry::renameWithoutReplacing(unfinished, target)) {
     copy.removeCopy();
     trash.release(*name);
     return "naming the copy";
@@ -81,7 +68,7 @@ const char *copyInto(const TrashFolder &trash, const QByteArray &original) {
   if (trash.isOnDisk(*name)) removed = copy.removeSource();
   if (removed == WholeCopy::Removed::All) return nullptr;
   if (removed == WholeCopy::Removed::Some) return "removing all of it: the trash holds a whole copy";
-  if (renameBeside(target, unfinished)) copy.removeCopy();
+  if (folderEntry::renameWithoutReplacing(target, unfinished)) copy.removeCopy();
   trash.release(*name);
   return "removing it";
 }
