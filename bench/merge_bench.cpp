@@ -49,7 +49,7 @@ class BenchWorld : public MergeWorld {
     for (int i = 0; i < count; ++i) {
       const Dictionary row = Dictionary::make();
       for (int key = 0; key < 30; ++key) row.set(Key(u"Key %1"_qs.arg(key)), key);
-      row.set(keys::DupeGroup, last + 1);
+      row.set(keys::DupeGroup, last + 1 + i / 2);
       state.lists.mDuplicateSongDicts.append(row);
     }
   }

@@ -65,6 +65,12 @@ std::optional<QString> stringFromScriptNameAndArguments(const QString &name,
 
 std::optional<QString> stringFromCompiledFunctionParams(const QString &handler,
                                                         const QStringList &parameters) {
+  const std::optional<ScriptDescriptor> result = descFromCompiledFunctionParams(handler, parameters);
+  return result ? result->stringValue() : std::nullopt;
+}
+
+std::optional<ScriptDescriptor> descFromCompiledFunctionParams(const QString &handler,
+                                                               const QStringList &parameters) {
   if (!haveBridge()) return std::nullopt;
   QStringList escaped = parameters;
   escaped.replaceInStrings(QStringLiteral("\""), QStringLiteral("\\\""));
@@ -81,7 +87,7 @@ std::optional<QString> stringFromCompiledFunctionParams(const QString &handler,
                                          QStringLiteral("end tell"),
                                          QStringLiteral("end run")}
                                  .join(u'\n');
-  return stringFromScript(formatText(run, {compiledLibraryPath(), handler, parameterText}));
+  return descFromScriptTimeoutSeconds(formatText(run, {compiledLibraryPath(), handler, parameterText}), 0);
 }
 
 }  // namespace iTunesInterface

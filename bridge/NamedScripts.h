@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <optional>
 
+#include "platform/ScriptHost.h"
 #include "support/Format.h"
 
 /// The two stores of script texts: the table of named scripts, packed in the resource "res_pack.db", and the
@@ -30,5 +31,8 @@ std::optional<QString> stringFromScriptNameAndFormat(const QString &name, const 
 /// one; a parameter must not end in a backslash.
 std::optional<QString> stringFromCompiledFunctionParams(const QString &handler,
                                                         const QStringList &parameters);
+/// The same with the whole result: a handler that gave nothing is told from one that could not be called.
+std::optional<ScriptDescriptor> descFromCompiledFunctionParams(const QString &handler,
+                                                               const QStringList &parameters);
 
 }  // namespace iTunesInterface

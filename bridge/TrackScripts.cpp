@@ -12,6 +12,8 @@ namespace iTunesInterface {
 
 namespace {
 
+const QString kNoAnswer = QStringLiteral("error: no answer");
+
 /// The text in the machine's own UTF-16 behind a byte-order mark: digits alone, which no script can trip
 /// over.
 QString hexadecimalOf(const QString &text) {
@@ -54,14 +56,17 @@ std::optional<QString> mergePlayedFromTrackWithPIDToTrackWithPID(const QString &
   // Direct access is asked first, for a framework that could do it.
   if (iTunesLibInterface::mergePlayedFromTrackWithPIDToTrackWithPID(fromPID, toPID).isNull())
     return std::nullopt;
-  return stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_merge"), fromPID, toPID);
+  const QString answer = stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_merge"), fromPID, toPID)
+                             .value_or(kNoAnswer);
+  return answer == u"merged" ? std::nullopt : std::optional(answer);
 }
 
-std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID, const QString &toPID) {
-  const QStringList numbers =
-      stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_counts"), fromPID, toPID)
-          .value_or(QString())
-          .split(u',');
+std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID, const QString &toPID,
+                                                         QString *problem) {
+  const QString answer = stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_counts"), fromPID, toPID)
+                             .value_or(kNoAnswer);
+  *problem = answer;
+  const QStringList numbers = answer.split(u',');
   if (numbers.size() != 4) return std::nullopt;
   qint64 counts[4];
   for (int i = 0; i < 4; ++i) {
@@ -73,12 +78,12 @@ std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID,
 }
 
 std::optional<QString> settlePlayedOfTracksWithPIDs(const QString &fromPID, const QString &toPID,
-                                                    const PlayedCounts &before) {
-  const QString answer =
-      stringFromScriptNameAndFormat(QStringLiteral("iTunes_Played_settle"), QString::number(before.fromPlays),
-                                    QString::number(before.toPlays), QString::number(before.fromSkips),
-                                    QString::number(before.toSkips), fromPID, toPID)
-          .value_or(QStringLiteral("error: no answer"));
+                                                    const PlayedCounts &before, qint64 secondsAgo) {
+  const QString answer = stringFromScriptNameAndFormat(
+                             QStringLiteral("iTunes_Played_settle"), QString::number(before.fromPlays),
+                             QString::number(before.toPlays), QString::number(before.fromSkips),
+                             QString::number(before.toSkips), fromPID, toPID, QString::number(secondsAgo))
+                             .value_or(kNoAnswer);
   return answer == u"settled" ? std::nullopt : std::optional(answer);
 }
 
@@ -98,6 +103,16 @@ std::optional<QString> addToiTunesSongAtPathToPlaylistNamed(const QString &path,
 
 std::optional<QString> removeSongWithPID(const QString &pid) {
   return stringFromCompiledFunctionParams(QStringLiteral("removeTrackWithPID"), {pid});
+}
+
+std::optional<QString> removeSongWithPIDForCertain(const QString &pid) {
+  const std::optional<ScriptDescriptor> answer =
+      descFromCompiledFunctionParams(QStringLiteral("removeTrackWithPID"), {pid});
+  return answer ? answer->stringValue() : kNoAnswer;
+}
+
+bool mayHaveBeenDone(const QString &failure) {
+  return failure == kNoAnswer || failure.contains(u"timed out");
 }
 
 qint32 intValueOfFieldOfTrackIndexOfPlayList(const QString &field, qint32 index, const QString &playlist) {

@@ -23,7 +23,8 @@ std::optional<QString> refreshAndGetPathOfSongWithTitleArtist(const QString &tit
 std::optional<QString> changeValueInTrackWithPIDOfTypeToValue(const QString &pid, const QString &type,
                                                               const QString &value);
 
-/// Moves the plays and skips of one track to another, whose counts become the sums.
+/// Moves the plays and skips of one track to another, whose counts become the sums. No answer is a failure
+/// here, too: nothing comes back only once all has gone over.
 std::optional<QString> mergePlayedFromTrackWithPIDToTrackWithPID(const QString &fromPID,
                                                                  const QString &toPID);
 
@@ -31,12 +32,14 @@ std::optional<QString> mergePlayedFromTrackWithPIDToTrackWithPID(const QString &
 struct PlayedCounts {
   qint64 fromPlays = 0, fromSkips = 0, toPlays = 0, toSkips = 0;
 };
-/// Nothing if nobody answers, or if one of the tracks is not there.
-std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID, const QString &toPID);
+/// Nothing with a text in `problem` if nobody answers, or if one of the tracks is not there.
+std::optional<PlayedCounts> playedCountsOfTracksWithPIDs(const QString &fromPID, const QString &toPID,
+                                                         QString *problem);
 /// Behind a merge of played information that was broken off: takes from the first track what the second has
-/// got of it already. `before`: the counts before that merge.
+/// got of it already. `before`: the counts before that merge, which were read so many seconds ago. What may
+/// as well have been played since is left.
 std::optional<QString> settlePlayedOfTracksWithPIDs(const QString &fromPID, const QString &toPID,
-                                                    const PlayedCounts &before);
+                                                    const PlayedCounts &before, qint64 secondsAgo);
 
 /// Gives a track the names, numbers and texts of another, but not its counts and dates.
 std::optional<QString> doCopyInfoFromTrackPIDToTrackPid(const QString &fromPID, const QString &toPID);
@@ -51,6 +54,10 @@ std::optional<QString> addToiTunesSongAtPathToPlaylistNamed(const QString &path,
 
 /// Takes a track out of the library; its file stays. Any text is a failure.
 std::optional<QString> removeSongWithPID(const QString &pid);
+/// The same for who goes on to delete the file: where nobody answers, that is a failure too.
+std::optional<QString> removeSongWithPIDForCertain(const QString &pid);
+/// True for a failure behind which the change may have been made all the same: no answer, or none in time.
+bool mayHaveBeenDone(const QString &failure);
 
 /// A property of a track by its place in a playlist, counted from 1; -1, or nothing, if there is none.
 qint32 intValueOfFieldOfTrackIndexOfPlayList(const QString &field, qint32 index, const QString &playlist);

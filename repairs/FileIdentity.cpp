@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include <QFile>
-#include <optional>
 
 namespace fileIdentity {
 
@@ -18,19 +17,19 @@ std::optional<struct stat> statusOf(const QString &path) {
 }  // namespace
 
 bool isFile(const QString &path) {
+  return statusOfFile(path).has_value();
+}
+
+std::optional<Status> statusOfFile(const QString &path) {
   const std::optional<struct stat> status = statusOf(path);
-  return status && S_ISREG(status->st_mode);
+  if (!status || !S_ISREG(status->st_mode)) return std::nullopt;
+  return Status{quint64(status->st_dev), quint64(status->st_ino), qint64(status->st_size)};
 }
 
 bool areSameFile(const QString &path, const QString &other) {
   if (path == other) return true;
   const std::optional<struct stat> one = statusOf(path), two = statusOf(other);
   return one && two && one->st_dev == two->st_dev && one->st_ino == two->st_ino;
-}
-
-qint64 sizeOfFile(const QString &path) {
-  const std::optional<struct stat> status = statusOf(path);
-  return status ? qint64(status->st_size) : 0;
 }
 
 }  // namespace fileIdentity

@@ -1,64 +1,48 @@
 #pragma once
 
+#include <QSet>
 #include <vector>
 
 #include "app/state/MergeState.h"
 #include "repairs/MergeAction.h"
 #include "repairs/MergePlan.h"
-
-struct AppState;
-class MergeJournal;
-class PlaylistRepair;
-class SharedPaths;
+#include "repairs/MergeRooms.h"
 
 /// The merge of one group: the steps in their order. The kept track has counts, information, artwork and
 /// playlists before the first other file goes. Each step asks for the cancel flag first. A worker's.
 class GroupMerge {
  public:
-  /// What it works with; all outlive it.
-  struct Rooms {
-    AppState &state;
-    PlaylistRepair &playlists;
-    MergeJournal &journal;
-    SharedPaths &sharedPaths;
-    const MergeSettings &settings;
-  };
   /// The group's rows in the order of the table.
-  GroupMerge(const Rooms &theRooms, const std::vector<Dictionary> &rows);
+  GroupMerge(const MergeRooms &theRooms, const std::vector<Dictionary> &rows);
 
-  /// Merges the group unless it lacks a mark, and adds what was done to the report.
+  /// Merges the group unless it lacks a mark, and adds what was done to the report, behind an exception too.
   void run();
 
  private:
   using Unkept = GroupPlan::Unkept;
 
-  bool isCancelled() const;
-  void begin(MergeAction action);
+  void begin(MergeAction action) const;
+  void walk();
   void mergePlayed();
   void copyInformation();
-  void replaceInPlaylists();
-  void notePlaylists(const Array &known);
-
+  /// False if places would be lost with the rows: then all of them stay.
+  bool replaceInPlaylists();
+  /// One of the tracks stands in a playlist of the user, as far as anybody knows.
+  bool areInPlaylists(const QStringList &pids) const;
+  /// Tells what the replacement did, whose answer is `result`; false if it could not change one of them.
+  bool havePlaylistsTaken(const QString &result);
   void dealWithRows();
-  void dealWithRow(const Unkept &unkept);
-  /// True if the row is done with and leaves the list.
-  bool disposeOf(const Unkept &unkept, MergedGroup::Unkept &told);
-  void collect(const Unkept &unkept, MergedGroup::Unkept &told);
-  /// True if the track may go now.
-  bool takeFileAway(const Unkept &unkept, MergedGroup::Unkept &told);
-  bool copyToFolder(const Unkept &unkept, MergedGroup::Unkept &told);
-  void removeTrack(const Unkept &unkept, MergedGroup::Unkept &told);
-  bool keptFileIsThere();
-  /// Another track, or the kept one, has this file too.
-  bool isShared(const Unkept &unkept) const;
   void keepBooks(const Unkept &unkept);
-  void dropRemainder();
-  void fail(const QString &path, const QString &reason);
+  void dropRemainder() const;
+  void tell();
 
-  Rooms rooms;
+  MergeRooms rooms;
   GroupPlan plan;
   MergedGroup report;
   /// The rows that are still to be merged, the audio row among them.
   std::vector<Dictionary> left;
   QString keptPath;
+  qint64 sizeBefore = 0;
+  /// The tracks whose plays could not be merged.
+  QSet<QString> openPlays;
 };

@@ -2,13 +2,13 @@
 
 #include <QSet>
 
+#include "bridge/LibraryMapping.h"
 #include "bridge/LocalizedMessage.h"
 #include "bridge/iTunesInterface.h"
 #include "platform/FileAddress.h"
 #include "repairs/FileIdentity.h"
 #include "repairs/UserPlaylists.h"
 #include "support/BMLog.h"
-#include "values/Keys.h"
 
 namespace libraryTotals {
 
@@ -29,39 +29,48 @@ MergeTotals takenBy(const std::vector<MergedGroup> &groups) {
   return taken;
 }
 
+/// The files that were counted, each by its device and number: two paths may lead to one.
+using CountedFiles = QSet<std::pair<quint64, quint64>>;
+
+void add(const LibraryMediaItem &item, CountedFiles &files, MergeTotals &totals) {
+  ++totals.tracks;
+  totals.plays += item.playCount;
+  totals.skips += item.skipCount;
+  if (item.locationType != LibraryMediaItem::LocationType::File) return;
+  const auto file = fileIdentity::statusOfFile(pathOfFileAddress(item.location));
+  if (!file) return;
+  const qsizetype before = files.size();
+  files.insert({file->device, file->number});
+  if (files.size() == before) return;
+  ++totals.files;
+  totals.bytes += file->size;
+}
+
 }  // namespace
 
-std::optional<MergeTotals> count() {
+std::optional<MergeTotals> count(const GoesOn &goesOn) {
   LibraryFramework *const library = iTunesLibInterface::libraryObject();
   if (!library) return std::nullopt;
   MergeTotals totals;
-  QSet<QString> paths;
+  CountedFiles files;
+  bool isEnded = false;
   const bool isWhole = library->visitMediaItems([&](const LibraryMediaItem &item) {
-    ++totals.tracks;
-    totals.plays += item.playCount;
-    totals.skips += item.skipCount;
-    const QString path = item.locationType == LibraryMediaItem::LocationType::File
-                             ? pathOfFileAddress(item.location)
-                             : QString();
-    if (!path.isEmpty() && !paths.contains(path) && fileIdentity::isFile(path)) {
-      paths.insert(path);
-      ++totals.files;
-      totals.bytes += fileIdentity::sizeOfFile(path);
-    }
-    return true;
+    isEnded = !goesOn();
+    if (!isEnded) add(item, files, totals);
+    return !isEnded;
   });
-  const Array playlists = iTunesInterface::getDirectPlaylists();
-  if (!isWhole || playlists.isNull()) return std::nullopt;
-  for (const Value &value : playlists) {
-    const Dictionary &playlist = value.toDictionary();
-    if (UserPlaylists::isOrdinary(playlist))
-      totals.playlistEntries += playlist.value(keys::PlaylistItems).toArray().size();
+  if (isEnded || !isWhole) return std::nullopt;
+  const auto playlists = library->allPlaylists();
+  if (!playlists) return std::nullopt;
+  for (const LibraryPlaylist &playlist : *playlists) {
+    if (UserPlaylists::isOrdinary(iTunesLibInterface::dictionaryOfPlaylist(playlist)))
+      totals.playlistEntries += playlist.itemCount;
   }
   return totals;
 }
 
-std::vector<Violation> violations(const MergeReport::Contents &report, const MergeSettings &settings) {
-  std::vector<Violation> found;
+std::vector<Difference> differences(const MergeReport::Contents &report, const MergeSettings &settings) {
+  std::vector<Difference> found;
   if (!report.before || !report.after) return found;
   const MergeTotals &before = *report.before, &after = *report.after, taken = takenBy(report.groups);
   const auto expect = [&](const char *name, qint64 expected, qint64 counted) {
@@ -82,15 +91,18 @@ std::vector<Violation> violations(const MergeReport::Contents &report, const Mer
   return found;
 }
 
-void prove(MergeReport &report, const MergeSettings &settings) {
+void prove(MergeReport &report, const MergeSettings &settings, const GoesOn &goesOn) {
   MergeReport::Contents contents = report.contents();
-  contents.after = count();
+  contents.after = count(goesOn);
   std::vector<MergeFailure> failures;
-  for (const Violation &wrong : violations(contents, settings)) {
+  for (const Difference &wrong : differences(contents, settings)) {
     const QString name = localizedMessage(wrong.nameKey);
-    BMLog("!!! behind the merge: %@ expected %ld, counted %ld", name, wrong.expected, wrong.found);
-    failures.push_back(
-        {name, {}, localizedMessage(QStringLiteral("MergeTotalWrong"), wrong.expected, wrong.found)});
+    BMLog("%@ behind the merge: %@ expected %ld, counted %ld",
+          QString::fromLatin1(wrong.isLoss() ? "!!!" : "[+]"), name, wrong.expected, wrong.found);
+    if (wrong.isLoss()) {
+      failures.push_back(
+          {name, {}, localizedMessage(QStringLiteral("MergeTotalWrong"), wrong.expected, wrong.found)});
+    }
   }
   report.setAfter(contents.after, std::move(failures));
 }

@@ -1,19 +1,18 @@
 #include "repairs/MergePlan.h"
 
 #include <QHash>
+#include <functional>
 
 #include "app/state/AppState.h"
 #include "bridge/iTunesInterface.h"
 #include "repairs/FileIdentity.h"
 #include "repairs/PlaylistRepair.h"
+#include "repairs/SharedPaths.h"
+#include "repairs/UserPlaylists.h"
 #include "support/Format.h"
 #include "values/Keys.h"
 
 namespace {
-
-const QString &pathOf(const Dictionary &row) {
-  return row.value(keys::Path).toText();
-}
 
 /// A text for the user: an absent one is empty.
 QString shown(const Value &text) {
@@ -22,7 +21,8 @@ QString shown(const Value &text) {
 
 UnkeptFate plannedFate(const GroupPlan::Unkept &unkept, const GroupPlan &plan,
                        const MergeSettings &settings) {
-  if (!settings.is(UnkeptPolicy::Trash) && !settings.is(UnkeptPolicy::Folder)) return UnkeptFate::Collected;
+  if (!settings.removesTracks()) return UnkeptFate::Collected;
+  if (unkept.pid == pidOf(plan.audioRow)) return UnkeptFate::Shared;
   if (unkept.path.isEmpty()) return UnkeptFate::NoPath;
   if (fileIdentity::areSameFile(unkept.path, pathOf(plan.audioRow))) return UnkeptFate::Shared;
   if (!fileIdentity::isFile(unkept.path)) return UnkeptFate::Gone;
@@ -60,12 +60,56 @@ std::vector<std::vector<Dictionary>> groupedRows(AppState &state, const std::vec
   return groups;
 }
 
+/// The tracks of rows, as entries of playlists name them.
+class TrackNames {
+ public:
+  void add(const Dictionary &row, qsizetype index) {
+    const QString &pid = pidOf(row);
+    if (pid.isEmpty()) return;
+    byPID[pid].push_back(index);
+    const qint64 number = row.value(keys::TrackID).toInteger();
+    if (number) byNumber[number].push_back(index);
+  }
+  /// What was added for the track of an entry.
+  std::vector<qsizetype> of(const Dictionary &entry) const {
+    const Value &pid = entry.value(keys::TrackPersistentID);
+    return pid.isText() ? byPID.value(pid.toText()) : byNumber.value(entry.value(keys::TrackID).toInteger());
+  }
+
+ private:
+  QHash<QString, std::vector<qsizetype>> byPID;
+  QHash<qint64, std::vector<qsizetype>> byNumber;
+};
+
+/// Shows each entry of the user's own playlists.
+void visitEntries(const Array &playlists,
+                  const std::function<void(const Dictionary &playlist, const Dictionary &entry)> &visit) {
+  for (const Value &value : playlists) {
+    const Dictionary &playlist = value.toDictionary();
+    if (!UserPlaylists::isOrdinary(playlist)) continue;
+    const Array &items = playlist.value(keys::PlaylistItems).toArray();
+    for (const Value &item : items) visit(playlist, item.toDictionary());
+  }
+}
+
+bool takesFile(UnkeptFate fate) {
+  return fate == UnkeptFate::Trashed || fate == UnkeptFate::Moved;
+}
+
 }  // namespace
+
+const QString &pathOf(const Dictionary &row) {
+  return row.value(keys::Path).toText();
+}
+
+const QString &pidOf(const Dictionary &row) {
+  return row.value(keys::PersistentID).toText();
+}
 
 QStringList GroupPlan::unkeptPIDs() const {
   QStringList pids;
   for (const Unkept &one : unkept) {
-    if (!one.pid.isEmpty()) pids.append(one.pid);
+    if (!one.pid.isEmpty() && one.pid != pidOf(audioRow)) pids.append(one.pid);
   }
   return pids;
 }
@@ -79,8 +123,7 @@ qint64 MergePlan::unkeptRows() const {
 qint64 MergePlan::unkeptFiles() const {
   qint64 count = 0;
   for (const GroupPlan &group : groups) {
-    for (const GroupPlan::Unkept &unkept : group.unkept)
-      count += unkept.fate == UnkeptFate::Trashed || unkept.fate == UnkeptFate::Moved;
+    for (const GroupPlan::Unkept &unkept : group.unkept) count += takesFile(unkept.fate);
   }
   return count;
 }
@@ -89,7 +132,7 @@ qint64 MergePlan::unkeptBytes() const {
   qint64 bytes = 0;
   for (const GroupPlan &group : groups) {
     for (const GroupPlan::Unkept &unkept : group.unkept) {
-      if (unkept.fate == UnkeptFate::Trashed || unkept.fate == UnkeptFate::Moved) bytes += unkept.bytes;
+      if (takesFile(unkept.fate)) bytes += unkept.bytes;
     }
   }
   return bytes;
@@ -110,7 +153,7 @@ GroupPlan planOfGroup(const std::vector<Dictionary> &rows, const MergeSettings &
     if (row.isSame(plan.audioRow)) continue;
     GroupPlan::Unkept unkept;
     unkept.row = row;
-    unkept.pid = row.value(keys::PersistentID).toText();
+    unkept.pid = pidOf(row);
     unkept.path = pathOf(row);
     unkept.bytes = fileIdentity::sizeOfFile(unkept.path);
     unkept.fate = plannedFate(unkept, plan, settings);
@@ -119,28 +162,49 @@ GroupPlan planOfGroup(const std::vector<Dictionary> &rows, const MergeSettings &
   return plan;
 }
 
-void addPlaylists(std::vector<GroupPlan> &groups, const Array &playlists) {
-  QHash<QString, std::vector<GroupPlan *>> groupsByPID;
+void adjustToSharedFiles(std::vector<GroupPlan> &groups, SharedPaths shared) {
+  QSet<QString> taken;
   for (GroupPlan &group : groups) {
-    for (const QString &pid : group.unkeptPIDs()) groupsByPID[pid].push_back(&group);
-  }
-  for (const Value &value : playlists) {
-    const Dictionary &playlist = value.toDictionary();
-    const QString name = playlist.value(keys::Name).toText();
-    if (PlaylistRepair::shouldIgnorePlaylistWithName(name) || !PlaylistRepair::isUserPlaylist(playlist))
-      continue;
-    const Array &items = playlist.value(keys::PlaylistItems).toArray();
-    const GroupPlan::Playlist told{playlist.value(keys::PlaylistPersistentID).toText(), name, items.size(),
-                                   items.size() > PlaylistRepair::kHugeTracks};
-    for (const Value &item : items) {
-      const auto found = groupsByPID.constFind(item.toDictionary().value(keys::TrackPersistentID).toText());
-      if (found == groupsByPID.constEnd()) continue;
-      for (GroupPlan *const group : *found) {
-        const bool isTold = !group->playlists.empty() && group->playlists.back().pid == told.pid;
-        if (!isTold) group->playlists.push_back(told);
+    if (group.missingPath) continue;
+    for (GroupPlan::Unkept &unkept : group.unkept) {
+      if (takesFile(unkept.fate) && shared.isNamedByMoreThan(unkept.path, 1)) {
+        unkept.fate = UnkeptFate::Shared;
+      } else if (takesFile(unkept.fate)) {
+        if (taken.contains(unkept.path)) unkept.fate = UnkeptFate::Gone;
+        taken.insert(unkept.path);
       }
+      if (unkept.pid != pidOf(group.audioRow)) shared.trackIsGone(unkept.path);
     }
   }
+}
+
+void addPlaylists(std::vector<GroupPlan> &groups, const Array &playlists) {
+  TrackNames tracks;
+  for (size_t group = 0; group < groups.size(); ++group) {
+    for (const GroupPlan::Unkept &unkept : groups[group].unkept) {
+      if (unkept.pid != pidOf(groups[group].audioRow)) tracks.add(unkept.row, qsizetype(group));
+    }
+  }
+  visitEntries(playlists, [&](const Dictionary &playlist, const Dictionary &entry) {
+    for (const qsizetype group : tracks.of(entry)) {
+      std::vector<GroupPlan::Playlist> &told = groups[size_t(group)].playlists;
+      const QString &pid = playlist.value(keys::PlaylistPersistentID).toText();
+      if (!told.empty() && told.back().pid == pid) continue;
+      const qint64 entries = playlist.value(keys::PlaylistItems).toArray().size();
+      told.push_back(
+          {pid, playlist.value(keys::Name).toText(), entries, entries > PlaylistRepair::kHugeTracks});
+    }
+  });
+}
+
+QSet<QString> listedTracksInPlaylists(const Array &rows, const Array &playlists) {
+  TrackNames tracks;
+  for (qsizetype row = 0; row < rows.size(); ++row) tracks.add(rows.at(row).toDictionary(), row);
+  QSet<QString> found;
+  visitEntries(playlists, [&](const Dictionary &, const Dictionary &entry) {
+    for (const qsizetype row : tracks.of(entry)) found.insert(pidOf(rows.at(row).toDictionary()));
+  });
+  return found;
 }
 
 MergePlan makeMergePlan(AppState &state, const MergeSettings &settings, const std::vector<qint64> &groups) {
@@ -150,9 +214,16 @@ MergePlan makeMergePlan(AppState &state, const MergeSettings &settings, const st
     GroupPlan group = planOfGroup(rows, settings);
     if (group.isMarked()) plan.groups.push_back(std::move(group));
   }
+  if (settings.removesTracks()) {
+    adjustToSharedFiles(plan.groups,
+                        SharedPaths(state.library.mMusicLibraryPaths, state.lists.mDuplicateSongDicts));
+  }
   if (settings.noIntelligentPlaylistHandling) return plan;
   const Array direct = iTunesInterface::getDirectPlaylists();
   plan.playlistsAreKnown = !direct.isNull() && !direct.isEmpty();
-  addPlaylists(plan.groups, plan.playlistsAreKnown ? direct : state.changes.playlists());
+  // The numbers of tracks in a file that was written later may be others.
+  addPlaylists(plan.groups, plan.playlistsAreKnown
+                                ? direct
+                                : state.library.mMusicLibrary.value(keys::Playlists).toArray());
   return plan;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -10,6 +11,11 @@
 #include "values/Value.h"
 
 struct AppState;
+class SharedPaths;
+
+/// The path and the persistent ID of a row; empty if it has none.
+const QString &pathOf(const Dictionary &row);
+const QString &pidOf(const Dictionary &row);
 
 /// What a merge will do to one group. A value: making it touches nothing.
 struct GroupPlan {
@@ -40,7 +46,7 @@ struct GroupPlan {
   /// Both marks are set: the group takes part.
   bool isMarked() const { return !audioRow.isNull() && !infoRow.isNull(); }
   bool copiesInformation() const { return isMarked() && !infoRow.isSame(audioRow); }
-  /// The persistent IDs of the unkept rows, those without one left out.
+  /// The persistent IDs of the unkept rows, those without one and the kept track's left out.
   QStringList unkeptPIDs() const;
 };
 
@@ -61,8 +67,15 @@ struct MergePlan {
 /// playlists. Any thread.
 GroupPlan planOfGroup(const std::vector<Dictionary> &rows, const MergeSettings &settings);
 
-/// The groups' playlists: the user's own that hold an unkept track, in the library's order.
+/// Corrects the fates of files that several tracks have: each goes with the last of the rows that are not
+/// kept, or not at all. `shared` counts the library's tracks as they are before the merge.
+void adjustToSharedFiles(std::vector<GroupPlan> &groups, SharedPaths shared);
+
+/// The groups' playlists: the user's own that hold an unkept track, in the library's order. An entry names
+/// its track by the persistent ID, or by the number that the row has if playlist and row come from one load.
 void addPlaylists(std::vector<GroupPlan> &groups, const Array &playlists);
+/// The persistent IDs of the listed tracks that stand in one of the user's own playlists, in the same way.
+QSet<QString> listedTracksInPlaylists(const Array &rows, const Array &playlists);
 
 /// The plan of all marked groups of the list, playlists included: by direct access, or without it as they
 /// were loaded. With numbers of groups, only of those.

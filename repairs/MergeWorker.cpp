@@ -1,33 +1,56 @@
 #include "repairs/MergeWorker.h"
 
-#include <algorithm>
-
 #include "app/state/AppState.h"
+#include "bridge/iTunesInterface.h"
+#include "platform/Platform.h"
 #include "repairs/GroupMerge.h"
+#include "repairs/GroupRows.h"
 #include "repairs/LibraryTotals.h"
+#include "repairs/MergeReasons.h"
+#include "repairs/MergeRooms.h"
+#include "repairs/PlaylistMembers.h"
 #include "repairs/PlaylistRepair.h"
 #include "repairs/SharedPaths.h"
 #include "support/BMLog.h"
 #include "values/Keys.h"
 
+namespace {
+
+/// What is being thrown, in words. Inside a `catch`.
+QString thrownText() {
+  try {
+    throw;
+  } catch (const std::exception &exception) {
+    return QString::fromLocal8Bit(exception.what());
+  } catch (...) {
+    return QStringLiteral("unknown exception");
+  }
+}
+
+}  // namespace
+
 void MergeWorker::mergeMarkedDuplicatesThread() {
-  settings = MergeSettings::fromPreferences();
-  const qint64 highest = highestGroup();
-  prepare(highest);
-  const bool hasReachedEnd = walkGroups(highest) >= highest;
-  const bool isCompleted = hasReachedEnd || !state.operation.mCancelOperation;
-  libraryTotals::prove(state.merge.report, settings);
-  BMLog(isCompleted ? "Completed mergeMarkedDuplicatesThread" : "CANCELLED mergeMarkedDuplicatesThread");
+  bool hasReachedEnd = false;
+  try {
+    settings = MergeSettings::fromPreferences();
+    const GroupRows groups(state);
+    prepare(groups.highest());
+    hasReachedEnd = walkGroups(groups) >= groups.highest();
+    const bool isCompleted = hasReachedEnd || !state.operation.mCancelOperation;
+    BMLog(isCompleted ? "Completed mergeMarkedDuplicatesThread" : "CANCELLED mergeMarkedDuplicatesThread");
+    // The steps are over: the count may take its time, and a cancel, or another run, need not wait for it.
+    journal.close();
+    state.operation.mCurrentThreadAction = 0;
+    prove();
+  } catch (...) {
+    const QString thrown = thrownText();
+    BMLog("EXCEPTION mergeMarkedDuplicatesThread %@", thrown);
+    state.operation.setCancelOperationReason(mergeReasons::kError.toString() + u' ' + thrown);
+  }
+  journal.close();
   // From here on another run may begin.
   state.operation.mCurrentThreadAction = 0;
   state.operation.mCompletedOperation = hasReachedEnd;
-}
-
-qint64 MergeWorker::highestGroup() {
-  const Array &list = state.lists.mDuplicateSongDicts;
-  const ObjectLock lock = state.threadLockForObject(list);
-  const std::lock_guard held(*lock);
-  return list.isEmpty() ? 0 : list.at(list.size() - 1).toDictionary().value(keys::DupeGroup).toInteger();
 }
 
 void MergeWorker::prepare(qint64 highest) {
@@ -36,32 +59,58 @@ void MergeWorker::prepare(qint64 highest) {
       "unkept:%@",
       1, highest, int(settings.noIntelligentPlaylistHandling), int(settings.noMergePlayedInfo),
       settings.policy, settings.unkeptFolder);
+  if (!settings.noMergePlayedInfo && !takeJournal()) return;
   if (!state.changes.updateJustPlaylists()) state.changes.forgetPlaylists();
   playlists.putBackCopies();
-  if (!settings.noMergePlayedInfo) journal.settle();
   // A later run of the same merge is measured against the first one's beginning.
-  if (!state.merge.report.contents().before) state.merge.report.setBefore(libraryTotals::count());
+  const MergeReport::Contents told = state.merge.report.contents();
+  if (!told.before && told.groups.empty())
+    state.merge.report.setBefore(libraryTotals::count([this] { return goesOnCounting(); }));
 }
 
-qint64 MergeWorker::walkGroups(qint64 highest) {
-  if (highest < 1 || state.operation.mCancelOperation) return highest < 1 ? highest : 0;
-  SharedPaths sharedPaths(state.library.mMusicLibraryPaths);
-  const GroupMerge::Rooms rooms{state, playlists, journal, sharedPaths, settings};
-  for (qint64 number = 1;; ++number) {
-    GroupMerge(rooms, rowsOfGroup(number)).run();
-    if (number == highest || state.operation.mCancelOperation) return number;
-  }
+bool MergeWorker::takeJournal() {
+  const std::optional<QString> problem = journal.open();
+  problem ? state.operation.setCancelOperationReason(*problem) : journal.settle();
+  return !problem;
 }
 
-std::vector<Dictionary> MergeWorker::rowsOfGroup(qint64 number) {
-  const Array &list = state.lists.mDuplicateSongDicts;
-  const ObjectLock lock = state.threadLockForObject(list);
-  const std::lock_guard held(*lock);
-  std::vector<Dictionary> rows;
-  for (qsizetype row = list.size() - 1; row >= 0; --row) {
-    const Dictionary &candidate = list.at(row).toDictionary();
-    if (candidate.value(keys::DupeGroup).toInteger() == number) rows.push_back(candidate);
+bool MergeWorker::goesOnCounting() {
+  ++state.merge.countingSteps;
+  return !state.operation.mCancelOperation;
+}
+
+void MergeWorker::prove() {
+  libraryTotals::prove(state.merge.report, settings, [this] { return goesOnCounting(); });
+}
+
+qint64 MergeWorker::walkGroups(const GroupRows &groups) {
+  if (groups.highest() < 1 || state.operation.mCancelOperation) return qMin(groups.highest(), qint64(0));
+  const Array &rows = state.lists.mDuplicateSongDicts;
+  SharedPaths sharedPaths(state.library.mMusicLibraryPaths, rows);
+  QSet<QString> inLoadedPlaylists;
+  if (!settings.noIntelligentPlaylistHandling && !iTunesInterface::haveDirectLibraryAccess())
+    inLoadedPlaylists =
+        listedTracksInPlaylists(rows, state.library.mMusicLibrary.value(keys::Playlists).toArray());
+  PlaylistMembers playlistMembers;
+  const MergeRooms rooms{state,  playlists,         journal,         sharedPaths,
+                         groups, inLoadedPlaylists, playlistMembers, settings};
+  qint64 reached = groups.highest();
+  for (const qint64 number : groups.marked()) {
+    mergeGroup(rooms, number);
+    if (!state.operation.mCancelOperation) continue;
+    reached = number;
+    break;
   }
-  std::reverse(rows.begin(), rows.end());
-  return rows;
+  platform().mainLoop->postAndWait([&] { sharedPaths.takeGoneFrom(state.library.mMusicLibraryPaths); });
+  return reached;
+}
+
+void MergeWorker::mergeGroup(const MergeRooms &rooms, qint64 number) {
+  try {
+    GroupMerge(rooms, rooms.groups.rowsOf(number)).run();
+  } catch (...) {
+    const QString thrown = thrownText();
+    BMLog("EXCEPTION merge %@ for group %d: %@", thrown, number, state.operation.currentActionTitle());
+    rooms.fail({}, thrown);
+  }
 }

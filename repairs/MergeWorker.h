@@ -1,12 +1,13 @@
 #pragma once
 
-#include <vector>
+#include <QtGlobal>
 
 #include "repairs/MergeJournal.h"
 #include "repairs/MergeSettings.h"
-#include "values/Value.h"
 
 struct AppState;
+class GroupRows;
+struct MergeRooms;
 class PlaylistRepair;
 
 /// One run of a merge on its own thread: the groups by their numbers, until all are done or the run is
@@ -18,17 +19,21 @@ class MergeWorker {
       : state(appState), playlists(playlistRepair) {}
   MergeWorker(const MergeWorker &) = delete;
 
-  /// The thread's body. At its end `mCurrentThreadAction` is 0 and `mCompletedOperation` says whether the
-  /// last group was reached.
+  /// The thread's body. At its end, however it comes to it, `mCurrentThreadAction` is 0;
+  /// `mCompletedOperation` says whether the last group was reached. What is thrown in a group is told of that
+  /// group, and the next one goes on; what is thrown elsewhere stops the run with a reason.
   void mergeMarkedDuplicatesThread();
 
  private:
-  qint64 highestGroup();
   void prepare(qint64 highest);
+  /// False, with the reason, if the journal of plays cannot be had: then no merge begins.
+  bool takeJournal();
   /// The number of the group at which it stopped.
-  qint64 walkGroups(qint64 highest);
-  /// The rows of a group in the order of the table.
-  std::vector<Dictionary> rowsOfGroup(qint64 number);
+  qint64 walkGroups(const GroupRows &groups);
+  void mergeGroup(const MergeRooms &rooms, qint64 number);
+  void prove();
+  /// True until the run is cancelled; each question is a sign of life.
+  bool goesOnCounting();
 
   AppState &state;
   PlaylistRepair &playlists;

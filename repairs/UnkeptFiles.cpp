@@ -1,12 +1,19 @@
 #include "repairs/UnkeptFiles.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
+#include <cerrno>
 #include <cstring>
 
-#include "platform/AtomicFile.h"
+#include "platform/FolderEntry.h"
+#include "platform/WriteAll.h"
 #include "repairs/FileIdentity.h"
 #include "repairs/MergeReasons.h"
 #include "support/BMLog.h"
@@ -17,10 +24,8 @@ namespace unkeptFiles {
 
 namespace {
 
-/// What file systems take as a name, in their own bytes. Names of ours leave room for the beginning and the
-/// end that an unfinished file is given.
+/// What file systems take as a name, in their own bytes.
 constexpr qsizetype kLongestName = 255;
-constexpr qsizetype kRoomForTemporary = 24;
 
 bool canBeUpdated(const QString &path) {
   QFile file(path);
@@ -48,34 +53,68 @@ bool isCopyOf(const QFileInfo &source, const QString &candidate) {
          haveSameContent(source.filePath(), candidate);
 }
 
-/// Writes the copy whole under a name of its own and gives it its place and date.
-bool makeCopy(const QString &path, const QString &candidate, QString *error) {
-  QFile source(path);
-  if (!source.open(QIODevice::ReadOnly)) {
-    *error = QStringLiteral("cannot read %1: %2").arg(path, source.errorString());
-    return false;
+/// An open file of the system, closed at the end.
+struct OpenFile {
+  explicit OpenFile(int opened) : handle(opened) {}
+  ~OpenFile() {
+    if (handle >= 0) ::close(handle);
   }
-  const qint64 size = source.size();
-  const uchar *bytes = size ? source.map(0, size) : nullptr;
-  if (size && !bytes) {
-    *error = QStringLiteral("cannot read %1: %2").arg(path, source.errorString());
-    return false;
+  OpenFile(const OpenFile &) = delete;
+  int handle;
+};
+
+enum class Written { Whole, NotRead, NotWritten };
+
+/// Gives a new file the bytes of another, its permissions and its date, and brings it to the disk. In blocks,
+/// as a mapping of a file that is cut meanwhile ends the process.
+Written writeCopy(int source, int copy) {
+  constexpr qsizetype kBlock = 1 << 18;
+  QByteArray block(kBlock, Qt::Uninitialized);
+  for (;;) {
+    const ssize_t count = ::read(source, block.data(), size_t(block.size()));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return Written::NotRead;
+    if (count == 0) break;
+    if (!writeAll(copy, QByteArrayView(block.constData(), count))) return Written::NotWritten;
   }
-  const QDateTime date = QFileInfo(path).lastModified();
-  // An unfinished file's name is longer than its own, and some names have no room for that.
-  const QString name = QFileInfo(candidate).fileName();
-  const bool isLong = QFile::encodeName(name).size() > kLongestName - kRoomForTemporary;
-  const QString first =
-      isLong ? QFileInfo(candidate).path() + QStringLiteral("/.unfinished-%1").arg(qHash(name)) : candidate;
-  if (!writeFileAtomically(first, QByteArrayView(bytes, size), true, error)) return false;
-  QFile copy(first);
-  // Without its date it would not be known as the copy again, which costs a second one at worst.
-  if (copy.open(QIODevice::ReadWrite)) copy.setFileTime(date, QFileDevice::FileModificationTime);
-  copy.close();
-  if (!isLong || QFile::rename(first, candidate)) return true;
-  *error = QStringLiteral("cannot make %1").arg(candidate);
-  QFile::remove(first);
-  return false;
+  struct stat facts = {};
+  if (::fstat(source, &facts) != 0) return Written::NotRead;
+  // Some file systems have none; without its date it is not known as the copy again, which costs a second
+  // one.
+  (void)!::fchmod(copy, facts.st_mode & 0777);
+  const struct timespec times[] = {facts.st_atim, facts.st_mtim};
+  (void)!::futimens(copy, times);
+  return ::fsync(copy) == 0 ? Written::Whole : Written::NotWritten;
+}
+
+FolderCopy failed(const QString &what, const QString &path, bool folderIsAtFault) {
+  FolderCopy none;
+  none.error = QStringLiteral("%1 %2: %3").arg(what, path, QString::fromUtf8(std::strerror(errno)));
+  none.folderIsAtFault = folderIsAtFault;
+  return none;
+}
+
+/// A whole copy of the file in the folder, under a name of no song.
+FolderCopy makeUnfinished(const QString &path, const QString &folder) {
+  const QString cannotRead = QStringLiteral("cannot read"), cannotWrite = QStringLiteral("cannot write to");
+  const OpenFile source(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+  if (source.handle < 0) return failed(cannotRead, path, false);
+  struct stat facts = {};
+  if (::fstat(source.handle, &facts) == 0 && !S_ISREG(facts.st_mode)) {
+    errno = EISDIR;
+    return failed(cannotRead, path, false);
+  }
+  const QString unfinished =
+      folder + u"/.unfinished-"_qs + QString::number(QRandomGenerator::system()->generate64(), 36);
+  const QByteArray name = QFile::encodeName(unfinished);
+  const OpenFile copy(::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (copy.handle < 0) return failed(cannotWrite, folder, true);
+  const Written written = writeCopy(source.handle, copy.handle);
+  if (written == Written::Whole) return {unfinished, false, {}, false};
+  const FolderCopy none =
+      written == Written::NotRead ? failed(cannotRead, path, false) : failed(cannotWrite, folder, true);
+  ::unlink(name.constData());
+  return none;
 }
 
 }  // namespace
@@ -94,22 +133,31 @@ Outcome trashFile(const QString &path, bool deletesOnFailure) {
 }
 
 FolderCopy safelyCopyFileAtPathToFolder(const QString &path, const QString &folder) {
-  FolderCopy copy;
   if (!QFileInfo::exists(folder)) QDir().mkpath(folder);
   const QFileInfo source(path);
+  FolderCopy unfinished;
   for (int number = 1;; ++number) {
     const QString candidate = folder + u'/' + nameNumber(source.fileName(), number);
     const QFileInfo there(candidate);
-    if (!there.exists() && !there.isSymLink()) {
-      if (makeCopy(path, candidate, &copy.error)) copy.path = candidate;
-      return copy;
+    if (there.exists() || there.isSymLink()) {
+      // The file itself is no copy of itself: a folder of unkept files may be one of the library's.
+      if (!isCopyOf(source, candidate) || fileIdentity::areSameFile(path, candidate)) continue;
+      if (!unfinished.path.isEmpty()) QFile::remove(unfinished.path);
+      return {candidate, true, {}, false};
     }
-    // The file itself is no copy of itself: a folder of unkept files may be one of the library's.
-    if (isCopyOf(source, candidate) && !fileIdentity::areSameFile(path, candidate)) {
-      copy.path = candidate;
-      copy.wasThere = true;
-      return copy;
+    if (unfinished.path.isEmpty()) unfinished = makeUnfinished(path, folder);
+    if (unfinished.path.isEmpty()) return unfinished;
+    const QByteArray from = QFile::encodeName(unfinished.path), to = QFile::encodeName(candidate);
+    if (folderEntry::renameWithoutReplacing(from, to)) {
+      if (folderEntry::syncFolder(QFile::encodeName(folder))) return {candidate, false, {}, false};
+      // It stands there, but a power cut could take it: the file stays for now, and finds its copy later.
+      return failed(QStringLiteral("cannot bring to the disk"), folder, true);
     }
+    // Somebody else took the name.
+    if (errno == EEXIST) continue;
+    const FolderCopy none = failed(QStringLiteral("cannot make"), candidate, true);
+    QFile::remove(unfinished.path);
+    return none;
   }
 }
 

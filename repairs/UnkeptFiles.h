@@ -27,11 +27,13 @@ struct FolderCopy {
   bool wasThere = false;
   /// Why there is none, in one line.
   QString error;
+  /// The folder takes no copy, so that no other file's would do better; else the file itself cannot be read.
+  bool folderIsAtFault = false;
 };
 
 /// Copies a file into a folder, which is made if it is not there, under its own name or the next free one
 /// with a number. A copy that is there already, of the same size, date and content, is not made again. The
-/// copy keeps the date; it has reached the disk and appears whole or not at all.
+/// copy keeps date and permissions; it has reached the disk and appears whole or not at all.
 FolderCopy safelyCopyFileAtPathToFolder(const QString &path, const QString &folder);
 
 /// True if both are files of the same bytes.

@@ -1,7 +1,10 @@
 #include "repairs/UnkeptFiles.h"
 
+#include <sys/resource.h>
+
 #include <QDateTime>
 #include <QDir>
+#include <csignal>
 
 #include "tests/fixtures/TestPlatform.h"
 
@@ -46,6 +49,7 @@ TEST_F(UnkeptFiles, ACopyOfEqualSizeAndDateIsNotMadeAgainAndOthersGetANumber) {
     EXPECT_EQ(made.wasThere, step.wasThere) << step.expected;
     EXPECT_EQ(readFile(made.path), QByteArray(step.content));
     EXPECT_EQ(QFileInfo(made.path).lastModified(), QFileInfo(source).lastModified());
+    EXPECT_EQ(QFileInfo(made.path).permissions(), QFileInfo(source).permissions());
   }
   EXPECT_EQ(inFolder().size(), 8);
 }
@@ -80,6 +84,19 @@ TEST_F(UnkeptFiles, WhatCannotBeCopiedLeavesNothingBehind) {
   EXPECT_TRUE(copy(folder(u"music/none.mp3"_qs)).path.isEmpty());
   QDir().mkpath(folder(u"music/dir.mp3"_qs));
   const unkeptFiles::FolderCopy ofFolder = copy(folder(u"music/dir.mp3"_qs));
-  EXPECT_TRUE(ofFolder.path.isEmpty() && !ofFolder.error.isEmpty());
+  EXPECT_TRUE(ofFolder.path.isEmpty() && !ofFolder.error.isEmpty() && !ofFolder.folderIsAtFault);
+  // A disk that takes a part of it only.
+  const QString source = file(u"music/a.mp3"_qs, QByteArray(600'000, 'x'), 1000);
+  struct rlimit limit = {};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
+  const rlim_t most = std::exchange(limit.rlim_cur, 400'000);
+  const auto former = std::signal(SIGXFSZ, SIG_IGN);
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+  const unkeptFiles::FolderCopy onFull = copy(source);
+  limit.rlim_cur = most;
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+  std::signal(SIGXFSZ, former);
+  EXPECT_TRUE(onFull.path.isEmpty() && onFull.folderIsAtFault &&
+              onFull.error.contains(u"cannot write to"_qs));
   EXPECT_TRUE(inFolder().isEmpty());
 }
