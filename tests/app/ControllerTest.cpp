@@ -8,6 +8,7 @@
 #include "support/BMLog.h"
 #include "support/Preferences.h"
 #include "tests/fixtures/IdleCommands.h"
+#include "tests/fixtures/LibraryText.h"
 #include "tests/fixtures/ScriptedView.h"
 #include "tests/fixtures/TestPlatform.h"
 #include "values/Keys.h"
@@ -15,21 +16,15 @@
 namespace {
 
 QByteArray trackXml(int number, const char *kind = "MPEG audio file") {
-  return QByteArrayLiteral(
-             "<key>%1</key><dict><key>Track ID</key><integer>%1</integer><key>Name</key>"
-             "<string>Song %1</string><key>Artist</key><string>A</string><key>Kind</key><string>")
-             .replace("%1", QByteArray::number(number)) +
-         kind + "</string><key>Total Time</key><integer>1000</integer></dict>\n";
+  return libraryText::track(number, "Song " + QByteArray::number(number),
+                            libraryText::text("Artist", "A") + libraryText::text("Kind", kind) +
+                                "<key>Total Time</key><integer>1000</integer>");
 }
 
 QByteArray libraryXml(int tracks) {
-  QByteArray text =
-      "<?xml version=\"1.0\"?>\n<plist version=\"1.0\"><dict><key>Music "
-      "Folder</key><string>file:///M/</string>"
-      "<key>Tracks</key><dict>";
-  for (int number = 1; number <= tracks; ++number) text += trackXml(number);
-  return text + trackXml(tracks + 1, "MPEG-4 video file") +
-         "</dict><key>Playlists</key><array/></dict></plist>";
+  QByteArray list;
+  for (int number = 1; number <= tracks; ++number) list += trackXml(number);
+  return libraryText::library(list + trackXml(tracks + 1, "MPEG-4 video file"));
 }
 
 /// The controller with scan threads that the test writes, over a library file in the home folder.

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "platform/keeper/StoreSchema.h"
+#include "tests/fixtures/LibraryText.h"
 
 using namespace std::chrono_literals;
 
@@ -61,23 +62,19 @@ QByteArray KeeperProcess::readFile(const QString &file) {
 }
 
 QByteArray KeeperProcess::libraryXml(int tracks) {
-  QByteArray xml =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
-      "<key>Music Folder</key><string>file:///music/</string>\n<key>Tracks</key>\n<dict>\n";
-  QByteArray items;
+  using libraryText::text;
+  QByteArray list, items;
   for (int i = 1; i <= tracks; ++i) {
     const QByteArray number = QByteArray::number(i);
-    xml += "<key>" + number + "</key><dict><key>Track ID</key><integer>" + number +
-           "</integer><key>Name</key><string>Name " + number +
-           "</string><key>Artist</key><string>Artist</string>" + "<key>Persistent ID</key><string>" +
-           number.rightJustified(16, '0') + "</string><key>Track Type</key><string>File</string></dict>\n";
+    list +=
+        libraryText::track(i, "Name " + number,
+                           text("Artist", "Artist") + text("Persistent ID", number.rightJustified(16, '0')) +
+                               text("Track Type", "File"));
     items += "<dict><key>Track ID</key><integer>" + number + "</integer></dict>\n";
   }
-  return xml +
-         "</dict>\n<key>Playlists</key><array><dict><key>Name</key><string>P</string><key>Playlist "
-         "Persistent "
-         "ID</key><string>00000000000000FF</string><key>Playlist Items</key><array>" +
-         items + "</array></dict></array>\n</dict>\n</plist>\n";
+  return libraryText::library(list, "<dict>" + text("Name", "P") +
+                                        text("Playlist Persistent ID", "00000000000000FF") +
+                                        "<key>Playlist Items</key><array>" + items + "</array></dict>");
 }
 
 void KeeperProcess::start(const QStringList &arguments) {

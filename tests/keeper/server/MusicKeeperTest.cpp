@@ -3,6 +3,7 @@
 #include <QFile>
 #include <thread>
 
+#include "tests/fixtures/LibraryText.h"
 #include "tests/fixtures/TestPlatform.h"
 
 namespace {
@@ -12,18 +13,16 @@ class MusicKeeperInProcess : public TestPlatform {
   /// Two songs of a disk "Old"; their files, by the same tails, lie beside the library's file.
   QString movedLibrary() {
     const QString file = folder(u"moved"_qs) + u"/Library.xml"_qs;
+    using libraryText::text;
     QByteArray tracks;
     for (const QByteArray number : {"1", "2"}) {
       writeFile(folder(u"moved"_qs) + u"/Artist/Album/%1.mp3"_qs.arg(QString::fromLatin1(number)), "x");
-      tracks += "<key>" + number + "</key><dict><key>Track ID</key><integer>" + number +
-                "</integer><key>Name</key><string>N" + number +
-                "</string><key>Persistent ID</key><string>000000000000000" + number +
-                "</string><key>Track Type</key><string>File</string><key>Location</key><string>"
-                "file:///Volumes/Old/There/Artist/Album/" +
-                number + ".mp3</string></dict>";
+      tracks += libraryText::track(
+          number.toInt(), "N" + number,
+          text("Persistent ID", number.rightJustified(16, '0')) + text("Track Type", "File") +
+              text("Location", "file:///Volumes/Old/There/Artist/Album/" + number + ".mp3"));
     }
-    writeFile(file, "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>Tracks</key><dict>" + tracks +
-                        "</dict><key>Playlists</key><array/></dict></plist>");
+    writeFile(file, libraryText::library(tracks));
     return file;
   }
   static QString textOf(const ScriptOutcome &outcome) {
