@@ -146,6 +146,8 @@ TEST_F(KeeperProcess, OneThatCannotServeIsNotWaitedForForEver) {
   EXPECT_TRUE(QList<qint64>({-10810, -609, -10000}).contains(*outcome.failure->number))
       << *outcome.failure->number;
   EXPECT_EQ(readFile(storePath()), QByteArray(8192, 'x'));
+  // Beside one that is still ending, the next would be a second one.
+  ASSERT_TRUE(eventually([this] { return !KeeperLock::holder(place.lock()); }));
   EXPECT_EQ(runToEnd({}), 1);
   EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
   EXPECT_EQ(KeeperScriptHost(place, KeeperLauncher(path(QStringLiteral("nothing")))).run({}).failure->number,
