@@ -207,7 +207,7 @@ int MergedHome::waitForMerge() {
   constexpr int kLongestMerge = 180000;
   const bool hasEnded = program.state() == QProcess::NotRunning || program.waitForFinished(kLongestMerge);
   told = program.readAll();
-  EXPECT_TRUE(hasEnded) << told.toStdString();
+  EXPECT_TRUE(hasEnded) << told.toStdString() << windowTold().join(u'\n').toStdString();
   if (!hasEnded) killMerge();
   return program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1;
 }

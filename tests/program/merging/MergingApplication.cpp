@@ -61,6 +61,8 @@ class MergingView : public ScriptedView {
     for (const char *question :
          {"PlaylistsUnknownTitle", "HugePlaylistWarningTitle", "PlaylistSizeWarningTitle"})
       answers[QString::fromUtf8(question)] = 1;
+    // The music application has quit: so does who uses this.
+    answers[QStringLiteral("iTunesQuitAlertTitle")] = 1;
   }
 
   void libraryDidLoad(qsizetype tracks) override {
