@@ -89,18 +89,18 @@ TEST_F(MergeCommands, AScriptThatTakesTooLongHasTheCommandAskAgainAndARefusalThe
   const Holdings before = holdings();
   scan();
   setPreference(prefs::noWarnAboutUnkeptTrash, false);
-  time.setPatience(0.001);
-  keeper.intercept = [this, isFirst = true](const QString &source) mutable -> std::optional<ScriptOutcome> {
-    if (std::exchange(isFirst, isFirst && !source.contains(u"mergePlayed(\""_qs)))
-      time.sleep(isFirst ? 0 : 141);
-    return std::nullopt;
+  keeper.intercept = [this](const QString &source) -> std::optional<ScriptOutcome> {
+    if (!source.contains(u"mergePlayed(\""_qs)) return std::nullopt;
+    while (!state.operation.mCancelOperation) time.sleep(0.1);
+    return ScriptOutcome{ScriptDescriptor::ofText(u"error: late"_qs), {}};
   };
+  time.setPatience(0.001);
   engine.mergeMarkedDuplicates();
   EXPECT_GT(view.progressValue, 0) << "a bar with nothing in it looks broken";
   EXPECT_FALSE(view.progressIndeterminate);
-  time.run(139);
+  time.run(140.2);
   // The worker gives in, and is given the time to come to its end.
-  time.setPatience(0.02);
+  time.setPatience(0.2);
   ASSERT_TRUE(time.runUntil([this] { return state.merge.mGoesOnAfterStall; }, 60));
   EXPECT_EQ(view.mergesEnded, 0);
   EXPECT_EQ(keeper.quits, 1);

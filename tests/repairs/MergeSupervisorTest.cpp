@@ -191,15 +191,15 @@ TEST_F(MergeSupervision, EachReasonHasItsReaction) {
     const char *sheet, *message, *path, *told;
     int begins, numberUpdates;
   } cases[] = {
-      {"missingError:/M/a", false, "MergeMissingErrorTitle", "\n\n/M/a\n\n", "/M/a", "", 1, 1},
+      {"missingError:/M/a", false, "MergeMissingErrorTitle", "/M/a\n", "/M/a", "", 1, 1},
       {"missingError:(null)", false, "MergeMissingErrorTitle", "(null)", "", ": missingError:(null)", 1, 1},
-      {"deleteError:/M/a", false, "MergeDeleteErrorTitle", "\n\n/M/a\n\n", "/M/a", "", 1, 1},
-      {"error: no 5%", false, "PlaylistOtherErrorTitle", "\n\nerror: no 5%\n\n", "", ": error: no 5%", 1, 1},
+      {"deleteError:/M/a", false, "MergeDeleteErrorTitle", "/M/a\n", "/M/a", "", 1, 1},
+      {"error: no 5%", false, "PlaylistOtherErrorTitle", "error: no 5%", "", ": error: no 5%", 1, 1},
       {"trashErrors", false, "PlaylistOtherErrorTitle", "trashErrors", "", ": trashErrors", 1, 1},
       {"trashError", false, "TrashFailureTitle", "No file was deleted", "", "", 1, 0},
       {"missingError: timed out", false, "", "", "", "", 2, 0},
-      {"broken: timed out", false, "PlaylistBrokenSongsUnknownTitle", "\n\nUnknown\n\n", "", "", 1, 1},
-      {"broken:|@Best of|@T1", false, "PlaylistBrokenSongsUnknownTitle", "Song 9\n...\n", "",
+      {"broken: timed out", false, "PlaylistBrokenSongsUnknownTitle", "Unknown\n", "", "", 1, 1},
+      {"broken:|@Best of|@T1", false, "PlaylistBrokenSongsUnknownTitle", "Song 9\n...", "",
        ": Best of, Song 1, Song 2", 1, 1},
       {"broken:|@Best of|@T1", true, "MergeFailWithMissingFilesTitle", "missing", "", ": Best of, Song 1", 1,
        1},
