@@ -16,6 +16,7 @@
 #include "repairs/MergeSettings.h"
 #include "repairs/PlaylistRepair.h"
 #include "repairs/SavedState.h"
+#include "repairs/UserPlaylists.h"
 #include "scanners/DuplicateGroups.h"
 #include "support/BMLog.h"
 #include "support/Preferences.h"
@@ -250,7 +251,7 @@ void MergeSupervisor::removeTemporaryPlaylists() {
   restServingThreads(kSettleSeconds);
   // Its script may go on for long and is not waited for, not even at the end of the process.
   bridgeState().abandoned.detach(QStringLiteral("removePlaylistsWithNamesStartingWith"), [] {
-    iTunesInterface::removePlaylistsWithNamesStartingWith(PlaylistRepair::tempPlaylistPrefix());
+    iTunesInterface::removePlaylistsWithNamesStartingWith(UserPlaylists::tempPlaylistPrefix());
   });
 }
 

@@ -12,6 +12,7 @@
 #include "platform/Platform.h"
 #include "repairs/UserPlaylists.h"
 #include "support/BMLog.h"
+#include "support/RestServingThreads.h"
 #include "values/Keys.h"
 
 namespace {
@@ -51,14 +52,6 @@ std::optional<QString> maximumUserPlaylistTracksThread() {
   return found ? QString::number(found->maxCount) : iTunesInterface::getMaxPlaylistLength(ignored);
 }
 
-/// Rests, then does what threads have handed to the main thread: one of them may be what is waited for.
-void restServingThreads(double seconds) {
-  platform().clock->sleep(seconds);
-  const auto served = std::make_shared<bool>(false);
-  platform().mainLoop->post([served] { *served = true; });
-  platform().mainLoop->serveUntil([&served] { return *served; });
-}
-
 qint32 lengthOfText(const QString &text) {
   constexpr qint64 kLongest = std::numeric_limits<qint32>::max();
   return qint32(qBound(-kLongest, Value(text).toInteger(), kLongest));
@@ -73,10 +66,11 @@ void enterNamed(QHash<QString, QString> &found, const QString &pid, const QStrin
 }
 
 QHash<QString, QString> hugeOf(const Array &playlists) {
+  const QStringList own = UserPlaylists::ownNames();
   QHash<QString, QString> found;
   for (const Value &value : playlists) {
     const Dictionary &playlist = value.toDictionary();
-    if (entriesOf(playlist) <= PlaylistLengths::kHugeTracks || !UserPlaylists::isOrdinary(playlist)) continue;
+    if (entriesOf(playlist) <= PlaylistLengths::kHugeTracks || !UserPlaylists::isOrdinary(playlist, own)) continue;
     enterNamed(found, playlist.value(keys::PlaylistPersistentID).toText(),
                playlist.value(keys::Name).toText().trimmed());
   }
@@ -128,10 +122,11 @@ qint32 PlaylistLengths::maximumUserPlaylistTracks() {
 qint32 PlaylistLengths::maximumOfPlaylistsAtHand() {
   (void)state.changes.updateJustPlaylists();
   qsizetype longest = 0;
+  const QStringList own = UserPlaylists::ownNames();
   const Array playlists = state.changes.playlists();
   for (const Value &value : playlists) {
     const Dictionary &playlist = value.toDictionary();
-    if (UserPlaylists::isOrdinary(playlist)) longest = qMax(longest, entriesOf(playlist));
+    if (UserPlaylists::isOrdinary(playlist, own)) longest = qMax(longest, entriesOf(playlist));
   }
   return qint32(qMin(longest, qsizetype(std::numeric_limits<qint32>::max())));
 }

@@ -9,8 +9,8 @@ class ProgressSheet;
 /// How long the user's own playlists are: a long one takes too long to be built anew.
 class PlaylistLengths {
  public:
-  /// The longest that is built anew by direct access and by scripts is one shorter; by the playlists at hand
-  /// it is this.
+  /// A playlist of more tracks is not built anew. Where only direct access or a script counts them, one of so
+  /// many is not either: those are asked for the playlists from a length on, and that length stays as it is.
   static constexpr qint32 kHugeTracks = 7500;
 
   /// Both outlive it.

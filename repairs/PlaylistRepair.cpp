@@ -52,22 +52,6 @@ std::optional<std::vector<PlaylistRepair::Replaced::Playlist>> playlistsWithSong
 
 }  // namespace
 
-bool PlaylistRepair::isUserPlaylist(const Dictionary &playlist) {
-  return UserPlaylists::isUserPlaylist(playlist);
-}
-
-QString PlaylistRepair::tempPlaylistPrefix() {
-  return UserPlaylists::tempPlaylistPrefix();
-}
-
-bool PlaylistRepair::shouldIgnorePlaylistWithName(const QString &name) {
-  return UserPlaylists::shouldIgnorePlaylistWithName(name);
-}
-
-bool PlaylistRepair::userPlaylistsContainASongWithPID(const Array &playlists, const QStringList &pids) {
-  return UserPlaylists::userPlaylistsContainASongWithPID(playlists, pids);
-}
-
 QString PlaylistRepair::summaryOfTrackDicts(const Array &tracks) {
   constexpr qsizetype kAllBelow = 15, kSome = 10;
   const qsizetype shown = tracks.size() < kAllBelow ? tracks.size() : kSome;
@@ -140,7 +124,7 @@ void PlaylistRepair::putBackCopies() {
   bool any = false;
   for (const Value &playlist : playlists) {
     const QString name = playlist.toDictionary().value(keys::Name).toText();
-    if (!name.startsWith(tempPlaylistPrefix()) || !name.endsWith(suffix)) continue;
+    if (!name.startsWith(UserPlaylists::tempPlaylistPrefix()) || !name.endsWith(suffix)) continue;
     BMLog("a playlist is put back from its copy %@", name);
     iTunesInterface::removePlaylistsWithNamesStartingWith(name);
     any = true;
@@ -163,7 +147,8 @@ std::optional<QString> PlaylistRepair::appendTo(const Playlist &playlist, const 
 
 bool PlaylistRepair::rebuild(const Playlist &playlist, const Replacement &replacement,
                              std::optional<QString> *answer) {
-  const QString temporaryName = formatText(QStringLiteral("%@-%@"), {tempPlaylistPrefix(), playlist.pid});
+  const QString temporaryName =
+      formatText(QStringLiteral("%@-%@"), {UserPlaylists::tempPlaylistPrefix(), playlist.pid});
   bool isChanged = false, mayBeChanged = false;
   while (!isCancelled()) {
     *answer = iTunesInterface::incrementalRebuildPlaylist(playlist.pid, replacement.oldPIDs,
@@ -172,7 +157,7 @@ bool PlaylistRepair::rebuild(const Playlist &playlist, const Replacement &replac
     state.health.setiTunesResponsive(true);
     const QString text = answer->value_or(QString());
     if (mergeReasons::isFailure(text) && !text.contains(mergeReasons::kTimedOut)) {
-      iTunesInterface::removePlaylistsWithNamesStartingWith(tempPlaylistPrefix());
+      iTunesInterface::removePlaylistsWithNamesStartingWith(UserPlaylists::tempPlaylistPrefix());
       replaced.failed.push_back({playlist, text});
       return false;
     }

@@ -26,14 +26,6 @@ class PlaylistRepair {
       : state(appState), lengths(appState, progressSheet) {}
   PlaylistRepair(const PlaylistRepair &) = delete;
 
-  /// True for a playlist that the user made and fills by hand.
-  static bool isUserPlaylist(const Dictionary &playlist);
-  /// The beginning of the names of all temporary playlists.
-  static QString tempPlaylistPrefix();
-  /// True for the names of our own playlists and for temporary ones.
-  static bool shouldIgnorePlaylistWithName(const QString &name);
-  /// True if one of the tracks stands in one of the user's playlists.
-  static bool userPlaylistsContainASongWithPID(const Array &playlists, const QStringList &pids);
   /// The tracks as lines for an alert; from 15 tracks on ten of them, and how many are left out.
   static QString summaryOfTrackDicts(const Array &tracks);
 

@@ -6,6 +6,8 @@
 #include "keeper/library/LibraryStore.h"
 #include "keeper/library/PlaylistTable.h"
 #include "platform/keeper/KeeperLibraryFramework.h"
+#include "repairs/PlaylistMembers.h"
+#include "repairs/UserPlaylists.h"
 #include "support/Preferences.h"
 #include "tests/bridge/BridgeFixture.h"
 #include "tests/bridge/MortalKeeper.h"
@@ -67,6 +69,14 @@ class PlaylistRepairTest : public BridgeTest {
   std::optional<QString> replace(const QString &old, int kept) {
     return repair.doPlaylistReplaceOfSongPIDsWithSongPID(pidsOf(old), tracks[kept]);
   }
+  /// The names of the playlists that were built anew, appended to, and failed.
+  QString touched() const {
+    QStringList rebuilt, appended, failed;
+    for (const auto &playlist : repair.lastReplaced().rebuilt) rebuilt += playlist.name;
+    for (const auto &playlist : repair.lastReplaced().appended) appended += playlist.name;
+    for (const auto &failure : repair.lastReplaced().failed) failed += failure.playlist.name;
+    return QStringList{rebuilt.join(u' '), appended.join(u' '), failed.join(u' ')}.join(u"; "_qs);
+  }
   static std::optional<ScriptOutcome> answerOf(const QString &text) {
     return ScriptedHost::resultOf(ScriptDescriptor::ofText(text));
   }
@@ -115,16 +125,57 @@ TEST_F(PlaylistRepairTest, EveryOrdinaryPlaylistHasTheNewTrackInTheOldOnesPlaces
   steps = 0;
   EXPECT_EQ(replace(u"12"_qs, 9), std::nullopt) << "nothing is left to be done";
   EXPECT_EQ(steps, 0);
+  EXPECT_EQ(touched(), u"; ; "_qs);
 }
 
 TEST_F(PlaylistRepairTest, AHugePlaylistGetsTheNewTrackAtItsEnd) {
-  const QString huge = addList(QString(7500, u'1') + u'0'), small = addList(u"101"_qs);
+  const QString huge = addList(QString(7500, u'1') + u'0', u"H"_qs), small = addList(u"101"_qs, u"S"_qs);
   EXPECT_EQ(replace(u"1"_qs, 9)->left(4), u"Done"_qs);
   EXPECT_EQ(numbersIn(huge), QString(7500, u'1') + u"09"_qs);
   EXPECT_EQ(numbersIn(small), u"909"_qs);
+  EXPECT_EQ(touched(), u"S; H; "_qs);
   setPreference(prefs::reportMinorErrors, true);
   EXPECT_EQ(replace(u"1"_qs, 9), u"error: cannot replace instances of song in playlist"_qs);
   EXPECT_EQ(numbersIn(huge).size(), 7502);
+  EXPECT_EQ(touched(), u"; ; H"_qs);
+  setPreference(prefs::reportMinorErrors, false);
+  addList(QString(7501, u'1'), u"I"_qs);
+  bool hasFailed = false;
+  beforeScript = [&](const QString &script) -> std::optional<ScriptOutcome> {
+    if (hasFailed || !script.contains(u"addTrackPIDToiTunesPlaylistPID(\"")) return std::nullopt;
+    hasFailed = true;
+    return answerOf(u"error: no"_qs);
+  };
+  EXPECT_EQ(replace(u"1"_qs, 9)->left(4), u"Done"_qs) << "the last playlist's word";
+  EXPECT_EQ(touched(), u"; I; H"_qs);
+}
+
+TEST_F(PlaylistRepairTest, WhatSomebodyChangesBetweenTwoStepsStays) {
+  QString numbers;
+  for (int i = 0; i < 45; ++i) numbers += u"0123456789"_qs;
+  const struct {
+    const char16_t *change;
+    QString expected;
+  } cases[] = {{u"duplicate (track 6 of pl) to pl", numbers + u'5'},
+               {u"duplicate (track 2 of pl) to pl", numbers + u'1'},
+               {u"delete track 1 of pl", numbers.mid(1)},
+               {u"delete (every track of pl)", {}}};
+  for (const auto &[change, expected] : cases) {
+    for (int step = 1; step <= 4; ++step) {
+      const QString list = addList(numbers);
+      steps = 0;
+      beforeScript = [&](const QString &script) -> std::optional<ScriptOutcome> {
+        if (steps == step && script.contains(u"incrementalRebuildPlaylist(\""))
+          keeper.tell(u"set pl to (first user playlist whose persistent ID is \"%1\")\n%2"_qs.arg(
+              list, QString::fromUtf16(change)));
+        return std::nullopt;
+      };
+      EXPECT_EQ(replace(u"1"_qs, 9)->left(4), u"Done"_qs);
+      EXPECT_EQ(numbersIn(list), QString(expected).replace(u'1', u'9')) << step;
+      EXPECT_TRUE(keeper.playlistNames().filter(kPrefix).isEmpty());
+      keeper.tell(u"delete every user playlist whose name is \"L\""_qs);
+    }
+  }
 }
 
 TEST_F(PlaylistRepairTest, EachSourceHasItsOwnBoundaryOfAHugePlaylist) {
@@ -223,7 +274,7 @@ TEST_F(PlaylistRepairTest, APlaylistThatAKilledRunLeftEmptyIsFilledFromItsCopy) 
   ASSERT_TRUE(state.changes.updateJustPlaylists());
   repair.putBackCopies();
   EXPECT_EQ(numbersIn(empty), u"909"_qs);
-  EXPECT_TRUE(PlaylistRepair::userPlaylistsContainASongWithPID(state.changes.playlists(), pidsOf(u"9"_qs)));
+  EXPECT_TRUE(UserPlaylists::userPlaylistsContainASongWithPID(state.changes.playlists(), pidsOf(u"9"_qs)));
   EXPECT_EQ(keeper.playlistNames().filter(kPrefix), QStringList{kPrefix + u'-' + begun})
       << "a copy that is not whole yet is gone on with";
 }
@@ -298,52 +349,37 @@ TEST_F(PlaylistRepairTest, TheLongestPlaylistIsCountedWhoeverAnswers) {
 }
 
 TEST_F(PlaylistRepairTest, OnlyWhatTheUserFillsByHandIsTheUsers) {
-  const Dictionary plain = Dictionary::make();
-  EXPECT_TRUE(PlaylistRepair::isUserPlaylist(plain));
-  plain.set(keys::Visible, false);
-  EXPECT_TRUE(PlaylistRepair::isUserPlaylist(plain));
   for (const Key key : {keys::SmartInfo, keys::Folder, keys::DistinguishedKind, keys::Podcasts,
-                        keys::PartyShuffle, keys::Music, keys::Master}) {
+                        keys::PartyShuffle, keys::Music, keys::Master, keys::Visible}) {
     const Dictionary marked = Dictionary::make();
     marked.set(key, false);
-    EXPECT_FALSE(PlaylistRepair::isUserPlaylist(marked)) << qPrintable(key.text());
+    EXPECT_EQ(UserPlaylists::isUserPlaylist(marked), key == keys::Visible) << qPrintable(key.text());
   }
-  const std::pair<const char16_t *, bool> names[] = {{u"Duplicates Not Kept", true},
-                                                     {u"Adopted Songs", true},
-                                                     {u"Songs Being Converted", true},
-                                                     {u"ZZZ_TF-1", true},
-                                                     {u"zzz_tf", false},
-                                                     {u"", false},
-                                                     {u"My ZZZ_TF", false}};
-  for (const auto &[name, isOurs] : names)
-    EXPECT_EQ(PlaylistRepair::shouldIgnorePlaylistWithName(QString::fromUtf16(name)), isOurs);
+  for (const char16_t *name : {u"Adopted Songs", u"Songs Being Converted", u"ZZZ_TF-1"})
+    EXPECT_TRUE(UserPlaylists::shouldIgnorePlaylistWithName(QString::fromUtf16(name)));
+  for (const char16_t *name : {u"zzz_tf", u"", u"My ZZZ_TF"})
+    EXPECT_FALSE(UserPlaylists::shouldIgnorePlaylistWithName(QString::fromUtf16(name)));
   addList(u"01"_qs);
   addList(u"2"_qs, u"Adopted Songs"_qs);
   keeper.addSmartPlaylist(u"S"_qs, pidsOf(u"3"_qs));
   const Array playlists = iTunesInterface::getDirectPlaylists();
-  EXPECT_TRUE(PlaylistRepair::userPlaylistsContainASongWithPID(playlists, pidsOf(u"21"_qs)));
-  EXPECT_FALSE(
-      PlaylistRepair::userPlaylistsContainASongWithPID(playlists, pidsOf(u"23"_qs) + QStringList{{}}));
+  PlaylistMembers members;
+  for (int asked = 0; asked < 3; ++asked) {
+    EXPECT_TRUE(members.containASongWithPID(playlists, pidsOf(u"21"_qs)));
+    EXPECT_FALSE(members.containASongWithPID(playlists, pidsOf(u"23"_qs) + QStringList{{}}));
+  }
+  EXPECT_FALSE(members.containASongWithPID(Array::make(), pidsOf(u"21"_qs)));
 }
 
 TEST_F(PlaylistRepairTest, ASummaryNamesTenOfFifteenTracksAndCutsLongOnes) {
-  const QString full = u"\nA: B"_qs;
-  const struct {
-    QString artist, name, line;
-  } cases[] = {{u" A "_qs, u"B "_qs, full},
-               {u"A"_qs, u"  "_qs, u"A"_qs},
-               {{}, u"B"_qs, u"B"_qs},
-               {{}, {}, u"Unknown"_qs},
-               {{}, QString(45, u'x'), QString(45, u'x')},
-               {{}, QString(46, u'x'), QString(45, u'x') + u"..."_qs}};
-  for (const auto &[artist, name, line] : cases) {
-    const Array one = Array::make();
-    one.append(track(artist, name));
-    EXPECT_EQ(PlaylistRepair::summaryOfTrackDicts(one), line);
-  }
-  const Array many = Array::make();
-  for (int i = 0; i < 14; ++i) many.append(track(u"A"_qs, u"B"_qs));
-  EXPECT_EQ(PlaylistRepair::summaryOfTrackDicts(many), full.repeated(14));
-  many.append(track(u"A"_qs, u"B"_qs));
-  EXPECT_EQ(PlaylistRepair::summaryOfTrackDicts(many), full.repeated(10) + u"\n… and 5 more"_qs);
+  const Array listed = Array::make();
+  listed.append(track(u" A "_qs, u"B "_qs));
+  listed.append(track({}, QString(45, u'x')));
+  listed.append(track(QString(46, u'x'), u" "_qs));
+  while (listed.size() < 14) listed.append(track({}, {}));
+  const QString begin = u"\nA: B"_qs + QString(90, u'x') + u"..."_qs;
+  EXPECT_EQ(PlaylistRepair::summaryOfTrackDicts(listed), begin + u"Unknown"_qs.repeated(11));
+  listed.append(track({}, {}));
+  EXPECT_EQ(PlaylistRepair::summaryOfTrackDicts(listed),
+            begin + u"Unknown"_qs.repeated(7) + u"\n… and 5 more"_qs);
 }
