@@ -28,5 +28,7 @@ void SheetText::setWholeText(const QString &text) {
 void SheetText::setShownHeight(int height) {
   if (height >= whole) return;
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  setFixedSize(width + verticalScrollBar()->sizeHint().width(), height);
+  constexpr int kGap = 8;
+  setViewportMargins(0, 0, kGap, 0);
+  setFixedSize(width + kGap + verticalScrollBar()->sizeHint().width(), height);
 }
