@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include <QFileInfo>
-#include <iostream>
 #include <thread>
 
 #include "platform/keeper/KeeperLock.h"
@@ -93,6 +92,25 @@ TEST_F(StalledMerge, GoesOnInANewProcessWithoutAQuestionOrAScan) {
     if (!failures.isEmpty()) mergeToTheEnd(one.policy);
     expectNothingLost();
   }
+}
+
+TEST_F(StalledMerge, WaitsForAStartByHandIfTheKeeperStaysFrozen) {
+  SCOPED_TRACE("MERGE_SEED=" + std::to_string(seed));
+  makeHome(60, random);
+  startWindow(0);
+  stopKeeper(Moment::BehindRows);
+  if (HasFatalFailure()) return;
+  EXPECT_EQ(waitForMerge(), 0) << told.toStdString();
+  waitForNewProcess();
+  if (HasFatalFailure()) return;
+  EXPECT_EQ(windowTold().last(), QStringLiteral("alert iTunesUnresponsiveTitle")) << toldText();
+  ASSERT_EQ(::kill(keeper, SIGCONT), 0);
+  startWindow(0);
+  EXPECT_EQ(waitForMerge(), 0) << told.toStdString();
+  EXPECT_EQ(windowTold().count(QStringLiteral("scan")), 1) << toldText();
+  EXPECT_EQ(windowTold().filter(QStringLiteral("failure")), QStringList());
+  ensureKeeper();
+  expectNothingLost();
 }
 
 TEST_F(StalledMerge, EndsWithAnAlertIfNothingCanOpenItAgain) {
