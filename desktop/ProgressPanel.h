@@ -5,9 +5,9 @@
 class NoteStrip;
 class QProgressBar;
 
-/// The progress sheet: what goes on, a quote, a bar, what has come of it so far, and Cancel. The bar, the line
-/// below it and Cancel are drawn anew before their operation returns: whoever changes them may be about to
-/// hold the main thread up for seconds.
+/// The progress sheet: what goes on, a quote, a bar, what has come of it so far, and Cancel. The bar, the
+/// line below it and Cancel are drawn anew before their operation returns: whoever changes them may be about
+/// to hold the main thread up for seconds.
 class ProgressPanel : public SheetDialog {
  public:
   ProgressPanel(QWidget *attachedTo, std::function<void()> cancelPressed);
