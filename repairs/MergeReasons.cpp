@@ -19,7 +19,7 @@ struct Rule {
   MergeReaction reaction;
   /// The beginning of the keys of its texts.
   QStringView alert;
-  /// The rule's text is followed by a path.
+  /// The rule's text is followed by a path, or by words that name it.
   bool tellsPath = false;
 };
 
@@ -28,6 +28,7 @@ const Rule kRules[] = {
     {Test::TracksAreMissing, u"", MergeReaction::Sheet, u"MergeFailWithMissingFiles"},
     {Test::BeginsWith, kBroken, MergeReaction::BrokenPlaylist, u"PlaylistBrokenSongsUnknown"},
     {Test::Equals, kTrashError, MergeReaction::TrashFailure, u"TrashFailure"},
+    {Test::BeginsWith, kFolderError, MergeReaction::Sheet, u"MergeFolderError", true},
     {Test::Contains, kTimedOut, MergeReaction::Retry, u""},
     {Test::BeginsWith, kMissingError, MergeReaction::Sheet, u"MergeMissingError", true},
     {Test::BeginsWith, kDeleteError, MergeReaction::Sheet, u"MergeDeleteError", true},

@@ -13,6 +13,9 @@ namespace mergeReasons {
 inline constexpr QStringView kBroken = u"broken:";
 /// A script failed; its own words follow.
 inline constexpr QStringView kError = u"error:";
+/// The folder for unkept files takes no copy; the system's words follow. No script has failed, and the words
+/// of a slow disk are none to try again for.
+inline constexpr QStringView kFolderError = u"error: folder: ";
 /// Of a script that gave no answer in time, anywhere in the reason.
 inline constexpr QStringView kTimedOut = u"timed out";
 /// A file that is to stay is gone, or one cannot be deleted; its path follows.

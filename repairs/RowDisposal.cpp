@@ -147,7 +147,7 @@ bool RowDisposal::copyToFolder(const Unkept &unkept, MergedGroup::Unkept &told) 
     // The file stays, and its track with it: the next merge finds both.
     BMLog("merge unkept not copied: %@", copy.error);
     if (copy.folderIsAtFault) {
-      rooms.state.operation.setCancelOperationReason(mergeReasons::kError.toString() + u' ' + copy.error);
+      rooms.state.operation.setCancelOperationReason(mergeReasons::kFolderError.toString() + copy.error);
     } else {
       rooms.fail(unkept.path, copy.error);
     }

@@ -234,7 +234,7 @@ TEST_F(Merge, AFolderThatTakesNoCopyCostsNeitherFileNorTrack) {
   EXPECT_EQ(tracksOfGroup(1).size(), 2);
   EXPECT_EQ(rowsOfGroup(1).size(), 2u);
   // The next file would fare no better.
-  EXPECT_TRUE(state.operation.cancelOperationReason().startsWith(u"error: cannot write to"_qs));
+  EXPECT_TRUE(state.operation.cancelOperationReason().startsWith(u"error: folder: cannot write to"_qs));
   EXPECT_FALSE(report().groups[0].complete);
 }
 
