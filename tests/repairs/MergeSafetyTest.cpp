@@ -273,6 +273,34 @@ TEST_F(MergeSafety, AFileOfSeveralTracksGoesWithTheLastOfThemAndThePlanSaysSo) {
   }
 }
 
+TEST_F(MergeSafety, PlaylistsThatNameTracksByNumberAreNotLostWithoutDirectAccessUnlessTheUserWantsIt) {
+  addSong(1);
+  const QString unkept = addSong(1);
+  scan();
+  rowsOfGroup(1)[1].set(keys::TrackID, 77);
+  const Dictionary list = Dictionary::make(), entry = Dictionary::make();
+  const Array lists = Array::make(), entries = Array::make();
+  entry.set(keys::TrackID, 77);
+  entries.append(entry);
+  list.set(keys::Name, u"L"_qs);
+  list.set(keys::PlaylistItems, entries);
+  lists.append(list);
+  state.library.mMusicLibrary.set(keys::Playlists, lists);
+  services.libraryFramework = nullptr;
+  setPlatform(services);
+  iTunesLibInterface::reset();
+  const MergePlan plan = makeMergePlan(state, MergeSettings::fromPreferences());
+  ASSERT_EQ(plan.groups.at(0).playlists.size(), 1u);
+  EXPECT_EQ(plan.groups[0].playlists[0].name, u"L"_qs);
+  for (const bool isWanted : {false, true}) {
+    state.merge.mMergesWithoutPlaylists = isWanted;
+    state.merge.report.clear();
+    merge();
+    EXPECT_EQ(tracksOfGroup(1).contains(unkept), !isWanted);
+    EXPECT_EQ(report().failures.empty(), isWanted);
+  }
+}
+
 TEST_F(MergeSafety, ALaterRunKnowsWhichTracksAreGone) {
   const QString kept = addSong(1), other = addSong(2);
   const QString path = pathOf(addSong(1));
