@@ -2,6 +2,7 @@
 
 #include "app/library/LibraryFile.h"
 #include "app/library/LibraryLocation.h"
+#include "tests/fixtures/LibraryText.h"
 
 CommandFixture::CommandFixture() {
   iTunesInterface::resetLibraryCache();
@@ -52,29 +53,26 @@ LoopRunner CommandFixture::virtualLoop(std::function<bool()> interruptWhen) {
 }
 
 QString CommandFixture::writeLibrary(const QStringList &tracks, const QString &path) {
-  QString xml = QStringLiteral(
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
-      "<key>Music Folder</key><string>file:///music/</string>\n<key>Tracks</key>\n<dict>\n");
+  QByteArray entries;
   for (qsizetype i = 0; i < tracks.size(); ++i) {
+    const QByteArray number = QByteArray::number(i + 1);
     const QString file = writeFile(QStringLiteral("music/%1.mp3").arg(i + 1), "audio");
-    xml += QStringLiteral("<key>%1</key><dict><key>Persistent ID</key><string>%2</string>%3</dict>\n")
-               .arg(i + 1)
-               .arg(i + 1, 16, 10, QLatin1Char('0'))
-               .arg(QString(tracks[i]).replace(QStringLiteral("FILE"), file));
+    entries += "<key>" + number + "</key><dict>" +
+               libraryText::text("Persistent ID", number.rightJustified(16, '0')) +
+               QString(tracks[i]).replace(QStringLiteral("FILE"), file).toUtf8() + "</dict>\n";
   }
-  xml += QStringLiteral(
-      "</dict>\n<key>Playlists</key><array><dict><key>Name</key><string>P</string></dict></array>\n"
-      "</dict>\n</plist>\n");
-  return writeFile(path, xml.toUtf8());
+  return writeFile(path,
+                   libraryText::library(entries, "<dict>" + libraryText::text("Name", "P") + "</dict>"));
 }
 
 QString CommandFixture::track(const QString &artist, const QString &name, int seconds, const QString &more) {
-  return QStringLiteral(
-             "<key>Artist</key><string>%1</string><key>Name</key><string>%2</string>"
-             "<key>Kind</key><string>MPEG audio file</string><key>Total Time</key><integer>%3</integer>"
-             "<key>Size</key><integer>5000000000</integer><key>Bit Rate</key><integer>192</integer>"
-             "<key>Location</key><string>file://FILE</string>%4")
-      .arg(artist, name)
-      .arg(seconds * 1000)
-      .arg(more);
+  const QByteArray texts =
+      libraryText::text("Artist", artist.toUtf8()) + libraryText::text("Name", name.toUtf8()) +
+      libraryText::text("Kind", "MPEG audio file") + libraryText::text("Location", "file://FILE");
+  return QString::fromUtf8(texts) +
+         QStringLiteral(
+             "<key>Total Time</key><integer>%1</integer><key>Size</key><integer>5000000000</integer>"
+             "<key>Bit Rate</key><integer>192</integer>%2")
+             .arg(seconds * 1000)
+             .arg(more);
 }

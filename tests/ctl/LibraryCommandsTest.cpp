@@ -15,7 +15,7 @@ TEST_F(LibraryCommandsTest, InfoTellsWhyTracksWereDroppedAndWhoNamedTheMediaFold
                 "\", \"tracks\": 4, \"kept\": 1, \"dropped\": 3, \"droppedBecause\": {\"no kind\": 1, "
                 "\"video\": 1, "
                 "\"no duration\": 1, \"ignored kind\": 0, \"ignored part of kind\": 0, \"ringtone\": 0}, "
-                "\"playlists\": 1, \"mediaFolder\": \"/music\", \"mediaFolderSource\": \"Music Folder\"}\n");
+                "\"playlists\": 1, \"mediaFolder\": \"/M\", \"mediaFolderSource\": \"Music Folder\"}\n");
   setPreference(QStringLiteral("manualMediaPath"), QStringLiteral("/elsewhere"));
   ASSERT_EQ(run(QStringLiteral("library info --library ") + path), 0);
   EXPECT_NE(out.find("Media folder:  /elsewhere (named by: manualMediaPath; not there)"), std::string::npos)
