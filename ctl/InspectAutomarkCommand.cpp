@@ -7,7 +7,7 @@
 #include "ctl/JsonWriter.h"
 #include "ctl/Options.h"
 #include "platform/Platform.h"
-#include "repairs/AutomarkRules.h"
+#include "repairs/MarkChooser.h"
 #include "text/PlistDate.h"
 #include "values/Keys.h"
 

@@ -4,8 +4,10 @@
 #include <optional>
 #include <vector>
 
+#include "app/library/FileKinds.h"
 #include "repairs/AutomarkRow.h"
 #include "repairs/AutomarkRules.h"
+#include "repairs/GroupMarks.h"
 
 struct AppState;
 class DuplicateGroups;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "repairs/MarkChooser.h"
 #include "support/Preferences.h"
 
 namespace {
@@ -35,9 +34,4 @@ AutomarkRules AutomarkRules::fromPreferences() {
 
 AutomarkRules AutomarkRules::fromSettings(const Dictionary &settings) {
   return rulesFrom([&](const QString &key) { return settings.value(Key(key)); });
-}
-
-GroupMarks chooseMarks(std::span<const Dictionary> rows, const AutomarkRules &rules, const FileKinds &kinds,
-                       const FileSizeOf &fileSize) {
-  return MarkChooser(rules, kinds, fileSize).choose(rows);
 }

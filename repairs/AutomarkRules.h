@@ -1,17 +1,8 @@
 #pragma once
 
-#include <QString>
-#include <functional>
-#include <optional>
-#include <span>
 #include <vector>
 
-#include "app/library/FileKinds.h"
 #include "values/Value.h"
-
-/// What is asked about a file on disk: its size in bytes, or nothing if there is none; -1 for a size that is
-/// not known.
-using FileSizeOf = std::function<std::optional<qint64>(const QString &path)>;
 
 /// The user's wishes for the marks, read once for each run.
 struct AutomarkRules {
@@ -32,20 +23,3 @@ struct AutomarkRules {
   /// out; criteria that are no list are none.
   static AutomarkRules fromSettings(const Dictionary &settings);
 };
-
-/// The two rows of a group and why they were chosen.
-struct GroupMarks {
-  qsizetype infoRow = 0;
-  qsizetype audioRow = 0;
-  /// The criterion that left a single row for the information, and that row's score by it; none and 0 if no
-  /// criterion did and the last row was taken.
-  std::optional<qint32> infoCriterion;
-  qint32 infoScore = 0;
-  /// The score of the audio row, with what the preferred kind and the state of the file did to it.
-  qint32 audioScore = 0;
-};
-
-/// Chooses the two rows of one group of at least one row. Asks the disk about each row's file once.
-/// Arithmetic wraps at 32 bits, as scores do. For many groups use a `MarkChooser`.
-GroupMarks chooseMarks(std::span<const Dictionary> rows, const AutomarkRules &rules, const FileKinds &kinds,
-                       const FileSizeOf &fileSize);

@@ -97,3 +97,8 @@ qint32 MarkChooser::kindNumber(const QString &kind) {
   lastKindNumber = *known;
   return lastKindNumber;
 }
+
+GroupMarks chooseMarks(std::span<const Dictionary> rows, const AutomarkRules &rules, const FileKinds &kinds,
+                       const FileSizeOf &fileSize) {
+  return MarkChooser(rules, kinds, fileSize).choose(rows);
+}

@@ -1,9 +1,17 @@
 #pragma once
 
 #include <QHash>
+#include <functional>
+#include <span>
 
+#include "app/library/FileKinds.h"
 #include "repairs/AutomarkRow.h"
 #include "repairs/AutomarkRules.h"
+#include "repairs/GroupMarks.h"
+
+/// What is asked about a file on disk: its size in bytes, or nothing if there is none; -1 for a size that is
+/// not known.
+using FileSizeOf = std::function<std::optional<qint64>(const QString &path)>;
 
 /// Chooses the marks of one group after the other by the same rules. Remembers the kinds of files it has met,
 /// as a library has few. One thread.
@@ -36,3 +44,8 @@ class MarkChooser {
   std::vector<AutomarkRow> rows;
   std::vector<qsizetype> candidates, tied;
 };
+
+/// Chooses the two rows of one group of at least one row. Asks the disk about each row's file once.
+/// Arithmetic wraps at 32 bits, as scores do. For many groups use a `MarkChooser`.
+GroupMarks chooseMarks(std::span<const Dictionary> rows, const AutomarkRules &rules, const FileKinds &kinds,
+                       const FileSizeOf &fileSize);

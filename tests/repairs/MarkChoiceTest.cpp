@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "repairs/AutomarkRules.h"
+#include "repairs/MarkChooser.h"
 #include "values/Keys.h"
 
 namespace {
