@@ -149,7 +149,8 @@ void MergedHome::killKeeper() {
 QByteArray MergedHome::journal() const {
   QDirIterator files(path(QStringLiteral("home")), {QStringLiteral("Merge Journal")}, QDir::Files,
                      QDirIterator::Subdirectories);
-  return files.hasNext() ? readFile(files.next()) : QByteArray();
+  // A new journal is blank.
+  return files.hasNext() ? readFile(files.next()).trimmed() : QByteArray();
 }
 
 std::vector<pid_t> MergedHome::processesOf(const char *executable) const {
