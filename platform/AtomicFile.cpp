@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "platform/FolderEntry.h"
 #include "platform/WriteAll.h"
 
 namespace {
@@ -22,17 +23,6 @@ bool fail(const QString &path, const char *step, QString *error) {
                  .arg(path, QString::fromLatin1(step), QString::fromUtf8(std::strerror(reason)));
   }
   return false;
-}
-
-/// Brings a folder's entries to the disk. Some file systems cannot; their renames are as safe as they get.
-bool syncFolder(const QString &folder) {
-  const int handle = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (handle < 0) return false;
-  const bool done = ::fsync(handle) == 0 || errno == EINVAL || errno == ENOTSUP;
-  const int reason = errno;
-  ::close(handle);
-  errno = reason;
-  return done;
 }
 
 /// The file that a path's links lead to, whether it exists yet or not; null for links that run in a circle.
@@ -83,6 +73,7 @@ bool writeFileAtomically(const QString &path, QByteArrayView bytes, bool durable
     errno = reason;
     return fail(path, failed, error);
   }
-  if (durable && !syncFolder(folder)) return fail(path, "bringing the folder to the disk", error);
+  if (durable && !folderEntry::syncFolder(QFile::encodeName(folder)))
+    return fail(path, "bringing the folder to the disk", error);
   return true;
 }

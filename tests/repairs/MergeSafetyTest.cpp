@@ -198,7 +198,8 @@ TEST_F(MergeSafety, ATrashThatLiesOrAFileThatCannotBeDeletedStopsTheRun) {
     setPreference(prefs::noStopForTrashFailure, one.deletes);
     trash.claims = one.claims;
     trash.onRecycle = [&](const QString &asked) {
-      if (one.becomesFolder) QFile::rename(asked, asked + u".away"_qs) && QDir().mkpath(asked);
+      if (!one.becomesFolder) return;
+      EXPECT_TRUE(QFile::rename(asked, asked + u".away"_qs) && QDir().mkpath(asked));
     };
     merge();
     const QString reason = QString::fromLatin1(one.reason);
