@@ -29,7 +29,7 @@ class MergedHome : public KeeperProcess {
   QStringList windowTold() const;
   /// Where the window's program puts the state of a merge that is stuck.
   QString statePath() const { return path(QStringLiteral("home/com.brinmoor.tallyfen.state.plist")); }
-  /// The processes that run a program with this path in this home.
+  /// The processes of this home that run a program with this path; all of them for an empty one.
   std::vector<pid_t> processesOf(const char *executable) const;
   /// Waits until the merge moves the first counts, or has ended.
   void waitForFirstSteps();
