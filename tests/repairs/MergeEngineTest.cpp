@@ -200,27 +200,6 @@ TEST_F(Merge, AnUnkeptFileThatIsGoneOrNeverWasCostsItsTrackOnly) {
   EXPECT_TRUE(QFile::exists(pathOf(empty)) || session.recycled().isEmpty());
 }
 
-TEST_F(Merge, ATrashThatFailsStopsTheRunAndDeletesOnlyByTheUsersWill) {
-  session.failRecycle(u"no trash"_qs);
-  addSong(1);
-  const QString unkept = addSong(1), path = pathOf(unkept);
-  addSong(2);
-  addSong(2);
-  const Holdings before = holdings();
-  scan();
-  merge();
-  expectNothingLost(before);
-  EXPECT_EQ(state.operation.cancelOperationReason(), u"trashError"_qs);
-  EXPECT_FALSE(state.operation.mCompletedOperation);
-  EXPECT_EQ(tracksOfGroup(1).size() + tracksOfGroup(2).size(), 4);
-  EXPECT_EQ(rowsOfGroup(1).size(), 2u);
-  setPreference(prefs::noStopForTrashFailure, true);
-  merge();
-  EXPECT_FALSE(QFile::exists(path));
-  EXPECT_EQ(fates(), (QStringList{u"deleted"_qs, u"deleted"_qs}));
-  EXPECT_TRUE(report().failures.empty());
-}
-
 TEST_F(Merge, AFolderThatTakesNoCopyCostsNeitherFileNorTrack) {
   setPolicy(UnkeptPolicy::Folder);
   // A file stands where the folder should be.

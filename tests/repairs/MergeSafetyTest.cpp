@@ -187,6 +187,7 @@ TEST_F(MergeSafety, ATrashThatLiesOrAFileThatCannotBeDeletedStopsTheRun) {
     bool claims, becomesFolder, deletes;
     const char *reason;
   } cases[] = {{true, false, false, "trashError"},
+               {false, false, false, "trashError"},
                {false, true, true, "deleteError:"},
                {true, false, true, ""},
                {false, false, true, ""}};
@@ -195,6 +196,7 @@ TEST_F(MergeSafety, ATrashThatLiesOrAFileThatCannotBeDeletedStopsTheRun) {
     addSong(++group);
     const QString unkept = addSong(group), path = pathOf(unkept);
     scan();
+    state.merge.report.clear();
     setPreference(prefs::noStopForTrashFailure, one.deletes);
     trash.claims = one.claims;
     trash.onRecycle = [&](const QString &asked) {
@@ -206,6 +208,8 @@ TEST_F(MergeSafety, ATrashThatLiesOrAFileThatCannotBeDeletedStopsTheRun) {
     EXPECT_EQ(state.operation.cancelOperationReason(), one.becomesFolder ? reason + path : reason);
     EXPECT_EQ(tracksOfGroup(group).size(), reason.isEmpty() ? 1 : 2);
     EXPECT_EQ(QFile::exists(path), !reason.isEmpty());
+    const std::vector<UnkeptFate> told = fates();
+    EXPECT_EQ(std::count(told.begin(), told.end(), UnkeptFate::Deleted), reason.isEmpty() ? 1 : 0);
     if (!reason.isEmpty()) removeInApplication(unkept);
   }
 }
