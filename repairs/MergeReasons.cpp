@@ -68,13 +68,19 @@ QStringList textsOf(const Value &list) {
   return texts;
 }
 
+/// What a message tells of a reason.
+QString toldOf(const QString &reason, const Rule &rule) {
+  return rule.tellsPath ? reason.mid(rule.text.size()) : reason;
+}
+
+bool isAboutFile(const QString &reason) {
+  return reason.startsWith(kMissingError) || reason.startsWith(kDeleteError);
+}
+
 /// The path in a reason about a file; empty for any other, and for a track without one.
 QString pathIn(const QString &reason) {
-  for (const QStringView kind : {kMissingError, kDeleteError}) {
-    if (reason.startsWith(kind) && reason.size() > kind.size() && reason[kind.size()] == u'/')
-      return reason.mid(kind.size());
-  }
-  return {};
+  const qsizetype begin = reason.indexOf(u':') + 1;
+  return isAboutFile(reason) && reason.indexOf(u'/') == begin ? reason.mid(begin) : QString();
 }
 
 /// The texts as lines; of 11 or more the first nine and a sign that there are others.
@@ -101,21 +107,20 @@ MergeReaction reactionToReason(const QString &reason, bool tracksAreMissing) {
 Alert alertAboutReason(const QString &reason, bool tracksAreMissing) {
   const Rule &rule = ruleFor(reason, tracksAreMissing);
   const QString messageKey = rule.alert.toString() + QStringLiteral("Message");
-  return alertWithMessage(
-      rule.alert, localizedMessage(messageKey, rule.tellsPath ? reason.mid(rule.text.size()) : reason));
+  return alertWithMessage(rule.alert, localizedMessage(messageKey, toldOf(reason, rule)));
 }
 
 MergeFailure failureAboutReason(const QString &reason, bool tracksAreMissing, const QString &title,
                                 const Dictionary &details) {
-  const QString what =
-      localizedMessage(ruleFor(reason, tracksAreMissing).alert.toString() + QStringLiteral("Title"));
+  const Rule &rule = ruleFor(reason, tracksAreMissing);
+  const QString what = localizedMessage(rule.alert.toString() + QStringLiteral("Title"));
   MergeFailure failure{title, pathIn(reason), what};
   QString more;
   if (reason.startsWith(kBroken)) {
     more = (textsOf(details.value(keys::playlists)) + textsOf(details.value(keys::tracksummaries)))
                .join(QStringLiteral(", "));
-  } else if (failure.path.isEmpty() && reason != kTrashError) {
-    more = reason;
+  } else if (!isAboutFile(reason) && reason != kTrashError) {
+    more = toldOf(reason, rule);
   }
   if (!more.isEmpty()) failure.reason += QStringLiteral(": ") + more;
   return failure;

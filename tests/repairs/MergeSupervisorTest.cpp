@@ -190,21 +190,21 @@ TEST_F(MergeSupervision, EachReasonHasItsReaction) {
     bool tracksAreMissing;
     const char *sheet, *message, *path, *told;
     int begins, numberUpdates;
-  } cases[] = {
-      {"missingError:/M/a", false, "MergeMissingErrorTitle", "/M/a\n", "/M/a", "", 1, 1},
-      {"missingError:(null)", false, "MergeMissingErrorTitle", "(null)", "", ": missingError:(null)", 1, 1},
-      {"deleteError:/M/a", false, "MergeDeleteErrorTitle", "/M/a\n", "/M/a", "", 1, 1},
-      {"error: no 5%", false, "PlaylistOtherErrorTitle", "error: no 5%", "", ": error: no 5%", 1, 1},
-      {"trashErrors", false, "PlaylistOtherErrorTitle", "trashErrors", "", ": trashErrors", 1, 1},
-      {"trashError", false, "TrashFailureTitle", "No file was deleted", "", "", 1, 0},
-      {"missingError: timed out", false, "", "", "", "", 2, 0},
-      {"broken: timed out", false, "PlaylistBrokenSongsUnknownTitle", "Unknown\n", "", "", 1, 1},
-      {"broken:|@Best of|@T1", false, "PlaylistBrokenSongsUnknownTitle", "Song 9\n...", "",
-       ": Best of, Song 1, Song 2", 1, 1},
-      {"broken:|@Best of|@T1", true, "MergeFailWithMissingFilesTitle", "missing", "", ": Best of, Song 1", 1,
-       1},
-      {"error: timed out", true, "MergeFailWithMissingFilesTitle", "missing", "", ": error: timed out", 1,
-       1}};
+  } cases[] = {{"missingError:/M/a", false, "MergeMissingErrorTitle", "/M/a\n", "/M/a", "", 1, 1},
+               {"missingError:(null)", false, "MergeMissingErrorTitle", "(null)", "", "", 1, 1},
+               {"deleteError:/M/a", false, "MergeDeleteErrorTitle", "/M/a\n", "/M/a", "", 1, 1},
+               {"error: no 5%", false, "PlaylistOtherErrorTitle", "error: no 5%", "", ": error: no 5%", 1, 1},
+               {"error: folder: full", false, "MergeFolderErrorTitle", "\nfull\n", "", ": full", 1, 1},
+               {"trashErrors", false, "PlaylistOtherErrorTitle", "trashErrors", "", ": trashErrors", 1, 1},
+               {"trashError", false, "TrashFailureTitle", "No file was deleted", "", "", 1, 0},
+               {"missingError: timed out", false, "", "", "", "", 2, 0},
+               {"broken: timed out", false, "PlaylistBrokenSongsUnknownTitle", "Unknown\n", "", "", 1, 1},
+               {"broken:|@Best of|@T1", false, "PlaylistBrokenSongsUnknownTitle", "Song 9\n...", "",
+                ": Best of, Song 1, Song 2", 1, 1},
+               {"broken:|@Best of|@T1", true, "MergeFailWithMissingFilesTitle", "missing", "",
+                ": Best of, Song 1", 1, 1},
+               {"error: timed out", true, "MergeFailWithMissingFilesTitle", "missing", "",
+                ": error: timed out", 1, 1}};
   for (const auto &each : cases) {
     SCOPED_TRACE(each.reason);
     view.calls.clear();
