@@ -115,6 +115,10 @@ bool mayHaveBeenDone(const QString &failure) {
   return failure == kNoAnswer || failure.contains(u"timed out");
 }
 
+bool isNoSuchTrack(const QString &problem) {
+  return problem.startsWith(u"error: no such track");
+}
+
 qint32 intValueOfFieldOfTrackIndexOfPlayList(const QString &field, qint32 index, const QString &playlist) {
   return intFromScript(fieldOfTrackByIndex(field, index, playlist));
 }

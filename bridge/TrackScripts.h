@@ -58,6 +58,8 @@ std::optional<QString> removeSongWithPID(const QString &pid);
 std::optional<QString> removeSongWithPIDForCertain(const QString &pid);
 /// True for a failure behind which the change may have been made all the same: no answer, or none in time.
 bool mayHaveBeenDone(const QString &failure);
+/// True for the problem of `playedCountsOfTracksWithPIDs` that the library does not have one of the tracks.
+bool isNoSuchTrack(const QString &problem);
 
 /// A property of a track by its place in a playlist, counted from 1; -1, or nothing, if there is none.
 qint32 intValueOfFieldOfTrackIndexOfPlayList(const QString &field, qint32 index, const QString &playlist);

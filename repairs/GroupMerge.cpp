@@ -69,6 +69,7 @@ void GroupMerge::mergePlayed() {
   begin(MergeAction::MergingPlayed);
   const QString keptPID = pidOf(plan.audioRow);
   for (const Unkept &unkept : plan.unkept) {
+    if (rooms.isCancelled()) return;
     if (unkept.pid == keptPID) continue;
     const std::optional<QString> problem = rooms.journal.mergePlayed(unkept.pid, keptPID);
     if (!problem) continue;
@@ -103,11 +104,8 @@ bool GroupMerge::replaceInPlaylists() {
   LibraryChanges &changes = rooms.state.changes;
   const bool areInSome = areInPlaylists(pids);
   if (!areInSome && !changes.freshPlaylists().isEmpty()) return true;
-  if (areInSome && !rooms.state.merge.mMergesWithoutPlaylists && !rooms.playlists.canFindPlaylists()) {
-    BMLog("!! merge leaves a group as it is, as its playlists cannot be found: %@", keptPath);
-    rooms.fail(keptPath, localizedMessage(QStringLiteral("MergePlaylistsNotSearched")));
-    return false;
-  }
+  const bool mustFind = areInSome && !rooms.state.merge.mMergesWithoutPlaylists;
+  if (mustFind && !rooms.playlists.canFindPlaylists()) return leaveInPlaylists();
   const std::optional<QString> result =
       rooms.playlists.doPlaylistReplaceOfSongPIDsWithSongPID(pids, pidOf(plan.audioRow));
   const bool haveTaken = havePlaylistsTaken(result.value_or(QString()));
@@ -116,9 +114,16 @@ bool GroupMerge::replaceInPlaylists() {
     rooms.state.operation.setCancelOperationReason(*result);
     return false;
   }
+  if (mustFind && !rooms.playlists.lastReplaced().wereFound) return leaveInPlaylists();
   changes.forgetPlaylists();
   changes.updateJustPlaylists();
   return haveTaken;
+}
+
+bool GroupMerge::leaveInPlaylists() const {
+  BMLog("!! merge leaves a group as it is, as its playlists cannot be found: %@", keptPath);
+  rooms.fail(keptPath, localizedMessage(QStringLiteral("MergePlaylistsNotSearched")));
+  return false;
 }
 
 bool GroupMerge::havePlaylistsTaken(const QString &result) {

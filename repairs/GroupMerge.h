@@ -27,6 +27,8 @@ class GroupMerge {
   void copyInformation();
   /// False if places would be lost with the rows: then all of them stay.
   bool replaceInPlaylists();
+  /// Tells that nobody knows the group's playlists; false.
+  [[nodiscard]] bool leaveInPlaylists() const;
   /// One of the tracks stands in a playlist of the user, as far as anybody knows.
   bool areInPlaylists(const QStringList &pids) const;
   /// Tells what the replacement did, whose answer is `result`; false if it could not change one of them.

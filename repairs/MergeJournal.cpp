@@ -61,8 +61,10 @@ std::optional<QString> MergeJournal::open() {
   close();
   QString error;
   const JournalFile::Opening opening = file.open(&error);
-  if (opening == JournalFile::Opening::HeldByAnother) return errorOf(QStringLiteral("MergeJournalIsHeld"));
-  if (opening == JournalFile::Opening::Failed) return errorOf(QStringLiteral("MergeJournalUnusable"), error);
+  if (opening == JournalFile::Opening::HeldByAnother)
+    return localizedMessage(QStringLiteral("MergeJournalIsHeld"));
+  if (opening == JournalFile::Opening::Failed)
+    return localizedMessage(QStringLiteral("MergeJournalUnusable"), error);
   for (const QByteArray &line : file.lines()) {
     notes.push_back(noteOf(line));
     if (!line.isEmpty() && !notes.back()) BMLog("the merge journal has a line that is no note");
@@ -120,8 +122,13 @@ std::optional<size_t> MergeJournal::freeSlot() {
 }
 
 void MergeJournal::settle() {
-  bool all = true;
-  for (size_t slot = 0; slot < notes.size(); ++slot) all &= settleSlot(slot);
+  bool all = true, isAnswered = true;
+  // An application that does not answer is not asked for each of them.
+  for (size_t slot = 0; slot < notes.size() && isAnswered; ++slot) {
+    const std::optional<QString> problem = settleSlot(slot);
+    all &= !problem;
+    isAnswered = !problem || !iTunesInterface::mayHaveBeenDone(*problem);
+  }
   if (!all) BMLog("the merge journal has notes that cannot be settled yet");
 }
 
@@ -129,21 +136,21 @@ bool MergeJournal::settleNotesAbout(const QStringList &pids) {
   bool all = true;
   for (size_t slot = 0; slot < notes.size(); ++slot) {
     const std::optional<Note> &note = notes[slot];
-    if (note && (pids.contains(note->fromPID) || pids.contains(note->toPID))) all &= settleSlot(slot);
+    if (note && (pids.contains(note->fromPID) || pids.contains(note->toPID))) all &= !settleSlot(slot);
   }
   return all;
 }
 
-bool MergeJournal::settleSlot(size_t slot) {
-  if (!notes[slot]) return true;
+std::optional<QString> MergeJournal::settleSlot(size_t slot) {
+  if (!notes[slot]) return std::nullopt;
   const Note &note = *notes[slot];
   const std::optional<QString> problem = iTunesInterface::settlePlayedOfTracksWithPIDs(
       note.fromPID, note.toPID, note.before, secondsSince(note.taken));
   if (problem) {
     BMLog("settling the plays of %@ and %@: %@", note.fromPID, note.toPID, *problem);
-    return false;
+    return problem;
   }
   notes[slot].reset();
   file.putSoon(qsizetype(slot), {});
-  return true;
+  return std::nullopt;
 }

@@ -21,8 +21,8 @@ class MergeJournal {
   static QString defaultPath();
 
   /// Takes the journal, which one merge of the user's has at a time, until `close` or the end of the process,
-  /// and reads its notes. Nothing, or why there can be no merge of plays now: a text for the user that begins
-  /// with "error:". What is no note, or torn, counts as none, with a line in the log.
+  /// and reads its notes. Nothing, or why there can be no merge of plays now: a text for the user. What is
+  /// no note, or torn, counts as none, with a line in the log.
   [[nodiscard]] std::optional<QString> open();
   /// Gives it back. Notes that are open stay for the next.
   void close();
@@ -43,7 +43,8 @@ class MergeJournal {
  private:
   /// False if a note about one of the tracks stays open.
   bool settleNotesAbout(const QStringList &pids);
-  bool settleSlot(size_t slot);
+  /// Nothing, or why the note stays.
+  std::optional<QString> settleSlot(size_t slot);
   std::optional<QString> mergeWithNote(const Note &note);
   std::optional<size_t> freeSlot();
 

@@ -29,6 +29,7 @@ const Rule kRules[] = {
     {Test::BeginsWith, kBroken, MergeReaction::BrokenPlaylist, u"PlaylistBrokenSongsUnknown"},
     {Test::Equals, kTrashError, MergeReaction::TrashFailure, u"TrashFailure"},
     {Test::BeginsWith, kFolderError, MergeReaction::Sheet, u"MergeFolderError", true},
+    {Test::BeginsWith, kJournalError, MergeReaction::Sheet, u"MergeJournalError", true},
     {Test::Contains, kTimedOut, MergeReaction::Retry, u""},
     {Test::BeginsWith, kMissingError, MergeReaction::Sheet, u"MergeMissingError", true},
     {Test::BeginsWith, kDeleteError, MergeReaction::Sheet, u"MergeDeleteError", true},

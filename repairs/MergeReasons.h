@@ -16,6 +16,8 @@ inline constexpr QStringView kError = u"error:";
 /// The folder for unkept files takes no copy; the system's words follow. No script has failed, and the words
 /// of a slow disk are none to try again for.
 inline constexpr QStringView kFolderError = u"error: folder: ";
+/// Plays cannot be noted; why not follows, in words for the user.
+inline constexpr QStringView kJournalError = u"error: journal: ";
 /// Of a script that gave no answer in time, anywhere in the reason.
 inline constexpr QStringView kTimedOut = u"timed out";
 /// A file that is to stay is gone, or one cannot be deleted; its path follows.

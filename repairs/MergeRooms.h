@@ -18,8 +18,8 @@ struct MergeRooms {
   MergeJournal &journal;
   SharedPaths &sharedPaths;
   const GroupRows &groups;
-  /// The listed tracks that stand in one of the user's playlists as these were loaded; empty where direct
-  /// access tells it better.
+  /// The listed tracks that stood in one of the user's playlists as these were loaded. Later readings may
+  /// come from the library's file, which names no track by its persistent ID.
   const QSet<QString> &inLoadedPlaylists;
   PlaylistMembers &playlistMembers;
   const MergeSettings &settings;

@@ -35,6 +35,11 @@ constexpr double kCommandDelaySeconds = 0.5;
 /// A bar that stands at nothing looks broken.
 constexpr double kLeastShare = 0.01;
 
+bool isMusicAppRunningNow() {
+  iTunesInterface::resetIsMusicAppRunning();
+  return iTunesInterface::isMusicAppRunning();
+}
+
 }  // namespace
 
 MergeSupervisor::~MergeSupervisor() {
@@ -129,8 +134,12 @@ void MergeSupervisor::replaceProcess() {
 }
 
 void MergeSupervisor::relaunchMusicApplication() {
+  // One that still saves its library is not opened a second time, and would go in the middle of the next run.
+  constexpr double kLongestEndSeconds = 6.0;
   iTunesInterface::quitMusicAppWithin(kApplicationSeconds);
   platform().clock->sleep(kApplicationSeconds);
+  for (double waited = 0; waited < kLongestEndSeconds && isMusicAppRunningNow(); waited += kSettleSeconds)
+    platform().clock->sleep(kSettleSeconds);
   platform().workspace->launchApplication(iTunesInterface::musicAppIdentifier());
 }
 

@@ -1,7 +1,6 @@
 #include "repairs/MergeWorker.h"
 
 #include "app/state/AppState.h"
-#include "bridge/iTunesInterface.h"
 #include "platform/Platform.h"
 #include "repairs/GroupMerge.h"
 #include "repairs/GroupRows.h"
@@ -70,7 +69,8 @@ void MergeWorker::prepare(qint64 highest) {
 
 bool MergeWorker::takeJournal() {
   const std::optional<QString> problem = journal.open();
-  problem ? state.operation.setCancelOperationReason(*problem) : journal.settle();
+  problem ? state.operation.setCancelOperationReason(mergeReasons::kJournalError.toString() + *problem)
+          : journal.settle();
   return !problem;
 }
 
@@ -88,7 +88,7 @@ qint64 MergeWorker::walkGroups(const GroupRows &groups) {
   const Array &rows = state.lists.mDuplicateSongDicts;
   SharedPaths sharedPaths(state.library.mMusicLibraryPaths, rows);
   QSet<QString> inLoadedPlaylists;
-  if (!settings.noIntelligentPlaylistHandling && !iTunesInterface::haveDirectLibraryAccess())
+  if (!settings.noIntelligentPlaylistHandling)
     inLoadedPlaylists =
         listedTracksInPlaylists(rows, state.library.mMusicLibrary.value(keys::Playlists).toArray());
   PlaylistMembers playlistMembers;

@@ -84,7 +84,10 @@ std::vector<PlaylistRepair::Playlist> PlaylistRepair::findPlaylists(const QStrin
     return *direct;
   }
   // The library's file names no playlist for a track: where it serves, none is found.
-  if (state.changes.updateJustPlaylists()) return {};
+  if (state.changes.updateJustPlaylists()) {
+    replaced.wereFound = false;
+    return {};
+  }
   if (direct) return *direct;
   BMLog("*** cannot get playlists from XML either, must give up.");
   *error = kUnknownError;

@@ -56,6 +56,8 @@ class PlaylistRepair {
     std::vector<Playlist> appended;
     /// Could not be changed; the returned text tells of the last playlist alone.
     std::vector<Failure> failed;
+    /// False if nobody could tell which playlists hold the old tracks, so that none was touched.
+    bool wereFound = true;
   };
   /// Of the replacement that was begun last. On the thread that ran it.
   const Replaced &lastReplaced() const { return replaced; }

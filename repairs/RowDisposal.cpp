@@ -62,8 +62,9 @@ bool RowDisposal::disposeOfTrack(const Unkept &unkept, MergedGroup::Unkept &told
 bool RowDisposal::removeTrack(const Unkept &unkept, bool isGone, MergedGroup::Unkept &told) const {
   const std::optional<QString> problem =
       isGone ? std::nullopt : iTunesInterface::removeSongWithPIDForCertain(unkept.pid);
-  if (problem) {
-    BMLog("merge delete %@ for %@", *problem, keptPath);
+  if (problem) BMLog("merge delete %@ for %@", *problem, keptPath);
+  // An answer that was lost, or somebody else's removal, leaves no track either.
+  if (problem && !hasLeftLibrary(unkept.pid)) {
     rooms.fail(unkept.path, *problem);
     // Whether the track is there nobody knows: the next merge finds out.
     if (iTunesInterface::mayHaveBeenDone(*problem)) return false;
@@ -78,9 +79,9 @@ bool RowDisposal::removeTrack(const Unkept &unkept, bool isGone, MergedGroup::Un
 
 bool RowDisposal::hasLeftLibrary(const QString &pid) const {
   QString problem;
-  if (iTunesInterface::playedCountsOfTracksWithPIDs(pid, pid, &problem)) return false;
+  if (pid.isEmpty() || iTunesInterface::playedCountsOfTracksWithPIDs(pid, pid, &problem)) return false;
   // The other one's answer shows that the fault is not the application's.
-  return !iTunesInterface::mayHaveBeenDone(problem) &&
+  return iTunesInterface::isNoSuchTrack(problem) &&
          iTunesInterface::playedCountsOfTracksWithPIDs(keptPID, keptPID, &problem);
 }
 

@@ -143,7 +143,9 @@ FolderCopy safelyCopyFileAtPathToFolder(const QString &path, const QString &fold
       // The file itself is no copy of itself: a folder of unkept files may be one of the library's.
       if (!isCopyOf(source, candidate) || fileIdentity::areSameFile(path, candidate)) continue;
       if (!unfinished.path.isEmpty()) QFile::remove(unfinished.path);
-      return {candidate, true, {}, false};
+      // An earlier run may have ended before it was brought to the disk.
+      if (folderEntry::syncFolder(QFile::encodeName(folder))) return {candidate, true, {}, false};
+      return failed(QStringLiteral("cannot bring to the disk"), folder, true);
     }
     if (unfinished.path.isEmpty()) unfinished = makeUnfinished(path, folder);
     if (unfinished.path.isEmpty()) return unfinished;

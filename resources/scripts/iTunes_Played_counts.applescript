@@ -1,4 +1,5 @@
--- Answers the plays and skips of two tracks: four numbers with commas between them.
+-- Answers the plays and skips of two tracks: four numbers with commas between them. An error begins with
+-- "error: no such track" where the library does not have one of them.
 try
 	with timeout of 60 seconds
 		tell application "iTunes"
@@ -10,5 +11,6 @@ try
 	end timeout
 on error msg number n
 	if n is -1712 then return "error: timed out: " & msg
+	if n is -1728 then return "error: no such track: " & msg
 	return "error: " & msg
 end try
