@@ -11,22 +11,8 @@
 #include "repairs/PlaylistRepair.h"
 #include "repairs/SharedPaths.h"
 #include "support/BMLog.h"
+#include "support/ExceptionText.h"
 #include "values/Keys.h"
-
-namespace {
-
-/// What is being thrown, in words. Inside a `catch`.
-QString thrownText() {
-  try {
-    throw;
-  } catch (const std::exception &exception) {
-    return QString::fromLocal8Bit(exception.what());
-  } catch (...) {
-    return QStringLiteral("unknown exception");
-  }
-}
-
-}  // namespace
 
 void MergeWorker::mergeMarkedDuplicatesThread() {
   bool hasReachedEnd = false;
@@ -42,7 +28,7 @@ void MergeWorker::mergeMarkedDuplicatesThread() {
     state.operation.mCurrentThreadAction = 0;
     prove();
   } catch (...) {
-    const QString thrown = thrownText();
+    const QString thrown = currentExceptionText();
     BMLog("EXCEPTION mergeMarkedDuplicatesThread %@", thrown);
     state.operation.setCancelOperationReason(mergeReasons::kError.toString() + u' ' + thrown);
   }
@@ -109,7 +95,7 @@ void MergeWorker::mergeGroup(const MergeRooms &rooms, qint64 number) {
   try {
     GroupMerge(rooms, rooms.groups.rowsOf(number)).run();
   } catch (...) {
-    const QString thrown = thrownText();
+    const QString thrown = currentExceptionText();
     BMLog("EXCEPTION merge %@ for group %d: %@", thrown, number, state.operation.currentActionTitle());
     rooms.fail({}, thrown);
   }

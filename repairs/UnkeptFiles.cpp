@@ -152,7 +152,7 @@ FolderCopy safelyCopyFileAtPathToFolder(const QString &path, const QString &fold
     const QByteArray from = QFile::encodeName(unfinished.path), to = QFile::encodeName(candidate);
     if (folderEntry::renameWithoutReplacing(from, to)) {
       if (folderEntry::syncFolder(QFile::encodeName(folder))) return {candidate, false, {}, false};
-      // It stands there, but a power cut could take it: the file stays for now, and finds its copy later.
+      // A power cut could take the copy, so the file stays; the next merge finds both.
       return failed(QStringLiteral("cannot bring to the disk"), folder, true);
     }
     // Somebody else took the name.

@@ -4,21 +4,7 @@
 #include "bridge/LocalizedMessage.h"
 #include "support/BMLog.h"
 #include "support/Copy.h"
-
-namespace {
-
-/// What the exception being handled says of itself.
-QString currentExceptionText() {
-  try {
-    throw;
-  } catch (const std::exception &exception) {
-    return QString::fromUtf8(exception.what());
-  } catch (...) {
-    return QStringLiteral("unknown exception");
-  }
-}
-
-}  // namespace
+#include "support/ExceptionText.h"
 
 namespace scanThread {
 
